@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Chat/ChatArchive.h"
+#include "Platform/FileManager.h"
+#include "Platform/LocalizedError.h"
+
+#include <QFuture>
+#include <QThreadPool>
+
+#include <memory>
+#include <optional>
+
+namespace Talvo {
+
+/// Owns the one file in which the application keeps its ChatArchive.
+///
+/// A serialised object with a worker thread of its own: operations run there one at a time, in the
+/// order of the calls, on values; a call never blocks its caller. The returned futures carry the
+/// result or the error and may be awaited on any thread. Destruction waits for everything that was
+/// asked for, so that no save that was started is lost.
+class ChatArchiveStore
+{
+public:
+    /// What the store itself can find wrong.
+    class StoreError : public TypedError<StoreError>
+    {
+    public:
+        enum class Case {
+            applicationSupportUnavailable,
+        };
+
+        explicit StoreError(Case errorCase);
+        [[nodiscard]] Case errorCase() const noexcept { return m_case; }
+
+    private:
+        Case m_case;
+    };
+
+    /// Never fails: without an Application Support directory the first load or save does.
+    explicit ChatArchiveStore(
+        std::shared_ptr<const FileManager> fileManager = std::make_shared<FileManager>());
+    ~ChatArchiveStore();
+    Q_DISABLE_COPY_MOVE(ChatArchiveStore)
+
+    /// Full path of the archive; "/dev/null", which is never opened, when there is no place for it.
+    [[nodiscard]] const QString &fileURL() const noexcept { return m_fileURL; }
+
+    /// Reads and decodes the file; no archive when there is no file yet. Fails with StoreError or
+    /// PlatformError; an unreadable file is left exactly as it is.
+    [[nodiscard]] QFuture<std::optional<ChatArchive>> load();
+
+    /// Writes one whole archive, replacing the previous file atomically and durably; makes the
+    /// folder when it is missing. Fails with StoreError or PlatformError, the previous file intact.
+    ///
+    /// The first save after a failed load first keeps the file that could not be loaded, as
+    /// "chat-archive.unreadable-<UTC time>.json" beside it; where that cannot be done the save
+    /// fails and replaces nothing.
+    [[nodiscard]] QFuture<void> save(ChatArchive archive);
+
+private:
+    [[nodiscard]] std::optional<ChatArchive> loadNow();
+    void saveNow(const ChatArchive &archive);
+    void keepUnreadableFile();
+
+    const std::shared_ptr<const FileManager> m_fileManager;
+    const QString m_fileURL;
+    bool m_mustKeepOldFile = false; ///< touched on the worker only
+    QThreadPool m_worker;           ///< one thread; last, so that it ends first
+};
+
+} // namespace Talvo

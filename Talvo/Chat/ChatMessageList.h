@@ -1,0 +1,92 @@
+#pragma once
+
+#include "Chat/ChatMessage.h"
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <vector>
+
+namespace Talvo {
+
+/// The messages of one conversation, oldest first: an append-only value whose copies share their
+/// content.
+///
+/// Copying costs one pointer for every `chunkSize` messages and appending to a copied list copies
+/// at most one chunk, so that a snapshot of the whole state for a save, and the next message after
+/// it, cost the same for a conversation of two messages and one of ten thousand. Distinct copies
+/// may be used from different threads.
+class ChatMessageList
+{
+public:
+    static constexpr std::size_t chunkSize = 128;
+
+    ChatMessageList() = default;
+    ChatMessageList(std::initializer_list<ChatMessage> messages);
+
+    [[nodiscard]] std::size_t size() const noexcept { return m_size; }
+    [[nodiscard]] bool empty() const noexcept { return m_size == 0; }
+
+    /// The message at an index. @pre index < size()
+    [[nodiscard]] const ChatMessage &operator[](std::size_t index) const
+    {
+        return (*m_chunks[index / chunkSize])[index % chunkSize];
+    }
+
+    /// @pre !empty()
+    [[nodiscard]] const ChatMessage &back() const { return (*this)[m_size - 1]; }
+
+    void append(ChatMessage message);
+
+    class const_iterator
+    {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using iterator_concept = std::forward_iterator_tag;
+        using value_type = ChatMessage;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const ChatMessage *;
+        using reference = const ChatMessage &;
+
+        const_iterator() = default;
+        const_iterator(const ChatMessageList *list, std::size_t index)
+            : m_list(list)
+            , m_index(index)
+        {
+        }
+
+        reference operator*() const { return (*m_list)[m_index]; }
+        pointer operator->() const { return &(*m_list)[m_index]; }
+        const_iterator &operator++()
+        {
+            ++m_index;
+            return *this;
+        }
+        const_iterator operator++(int)
+        {
+            const const_iterator before = *this;
+            ++m_index;
+            return before;
+        }
+        bool operator==(const const_iterator &) const = default;
+
+    private:
+        const ChatMessageList *m_list = nullptr;
+        std::size_t m_index = 0;
+    };
+
+    [[nodiscard]] const_iterator begin() const { return {this, 0}; }
+    [[nodiscard]] const_iterator end() const { return {this, m_size}; }
+
+    /// Same count and equal messages at every index.
+    friend bool operator==(const ChatMessageList &left, const ChatMessageList &right);
+
+private:
+    using Chunk = std::vector<ChatMessage>;
+
+    /// Only the last chunk is ever written to, and only while no other list shares it.
+    std::vector<std::shared_ptr<Chunk>> m_chunks;
+    std::size_t m_size = 0;
+};
+
+} // namespace Talvo

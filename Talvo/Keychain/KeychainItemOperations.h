@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace Talvo {
+
+/// A keychain's status code: 0 for done, else negative. The values are those of the Security
+/// framework, on every system.
+using KeychainStatus = qint32;
+
+namespace KeychainStatuses {
+inline constexpr KeychainStatus success = 0;
+inline constexpr KeychainStatus itemNotFound = -25300;
+inline constexpr KeychainStatus notAvailable = -25291;
+inline constexpr KeychainStatus interactionNotAllowed = -25308;
+inline constexpr KeychainStatus userCanceled = -128;
+inline constexpr KeychainStatus authFailed = -25293;
+inline constexpr KeychainStatus internalError = -67585;
+} // namespace KeychainStatuses
+
+/// The attributes that name one generic-password item.
+struct KeychainItemQuery
+{
+    QString service;
+    QString account;
+
+    friend bool operator==(const KeychainItemQuery &, const KeychainItemQuery &) = default;
+};
+
+/// The four item operations of a system keychain. Synchronous, each bounded in time except for a
+/// prompt that the user is looking at; callable from any thread, from several at once.
+class KeychainItemOperations
+{
+public:
+    /// What copyMatching() found: `data` is absent when the result is no buffer of bytes.
+    struct Match
+    {
+        KeychainStatus status = KeychainStatuses::internalError;
+        std::optional<QByteArray> data;
+    };
+
+    KeychainItemOperations() = default;
+    virtual ~KeychainItemOperations() = default;
+    Q_DISABLE_COPY_MOVE(KeychainItemOperations)
+
+    [[nodiscard]] virtual Match copyMatching(const KeychainItemQuery &query) = 0;
+    [[nodiscard]] virtual KeychainStatus add(const KeychainItemQuery &query,
+                                             const QByteArray &data) = 0;
+    [[nodiscard]] virtual KeychainStatus update(const KeychainItemQuery &query,
+                                                const QByteArray &data) = 0;
+    [[nodiscard]] virtual KeychainStatus remove(const KeychainItemQuery &query) = 0;
+};
+
+/// The operations of this system: Secret Service on Linux, the Security framework on macOS.
+[[nodiscard]] std::shared_ptr<KeychainItemOperations> systemKeychainItemOperations();
+
+} // namespace Talvo

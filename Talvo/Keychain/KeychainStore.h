@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Keychain/KeychainItemOperations.h"
+#include "Platform/LocalizedError.h"
+
+namespace Talvo {
+
+/// Keeps the user's Groq API key as one generic-password item of the system keychain, and nothing
+/// else. A small value: it holds the item's name, never the key.
+///
+/// The calls are synchronous and may wait for a prompt: callers with a window make them on a
+/// worker.
+class KeychainStore
+{
+public:
+    class KeychainError : public TypedError<KeychainError>
+    {
+    public:
+        enum class Case {
+            unhandled,
+            invalidData,
+        };
+
+        [[nodiscard]] static KeychainError unhandled(KeychainStatus status);
+        [[nodiscard]] static KeychainError invalidData();
+
+        [[nodiscard]] Case errorCase() const noexcept { return m_case; }
+        /// The keychain's status of `unhandled`, else 0.
+        [[nodiscard]] KeychainStatus status() const noexcept { return m_status; }
+
+    private:
+        KeychainError(Case errorCase, KeychainStatus status, const QString &description);
+
+        Case m_case;
+        KeychainStatus m_status;
+    };
+
+    explicit KeychainStore(
+        std::shared_ptr<KeychainItemOperations> operations = systemKeychainItemOperations(),
+        QString service = QStringLiteral("com.talvo.groq"),
+        QString account = QStringLiteral("groq-api-key"));
+
+    /// The stored key exactly as it was saved, absent when there is none. Throws KeychainError.
+    [[nodiscard]] std::optional<QString> read() const;
+
+    /// Stores a key exactly as given: updates the one item, or adds it. Throws KeychainError.
+    void save(const QString &key) const;
+
+    /// Removes the item; none there is a success as well. Throws KeychainError.
+    void remove() const;
+
+private:
+    std::shared_ptr<KeychainItemOperations> m_operations;
+    KeychainItemQuery m_baseQuery;
+};
+
+} // namespace Talvo

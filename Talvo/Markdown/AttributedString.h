@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QFlags>
+#include <QString>
+
+#include <vector>
+
+namespace Talvo {
+
+/// Text with runs of inline presentation: what the inline Markdown interpreter makes of a block.
+struct AttributedString
+{
+    enum class Style : quint8 {
+        emphasis = 1 << 0,
+        strong = 1 << 1,
+        code = 1 << 2,
+        strikethrough = 1 << 3,
+        html = 1 << 4,      ///< literal text of an inline HTML tag
+        lineBreak = 1 << 5, ///< a line break written with a backslash
+    };
+    Q_DECLARE_FLAGS(Styles, Style)
+
+    /// `length` UTF-16 code units from `start` on that share their attributes.
+    struct Run
+    {
+        qsizetype start = 0;
+        qsizetype length = 0;
+        Styles styles;
+        QString link;  ///< destination of a link, empty for none
+        QString image; ///< address of the image whose alternative text this is, empty for none
+        QString title; ///< title of the link or image, empty for none
+
+        friend bool operator==(const Run &, const Run &) = default;
+    };
+
+    QString text;
+    /// Sorted, without gaps or overlaps, covering the whole text; neighbours differ.
+    std::vector<Run> runs;
+
+    friend bool operator==(const AttributedString &, const AttributedString &) = default;
+};
+Q_DECLARE_OPERATORS_FOR_FLAGS(AttributedString::Styles)
+
+} // namespace Talvo

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+#include <optional>
+
+namespace Talvo {
+
+/// The visible characters of a Markdown document (full block and inline syntax): markers and link
+/// targets disappear, link texts stay, a blank stands for every break and block boundary, HTML is
+/// dropped. Only the first few kilobytes are read. Absent when the reader fails. Any thread.
+[[nodiscard]] std::optional<QString> visibleMarkdownText(QStringView text);
+
+} // namespace Talvo

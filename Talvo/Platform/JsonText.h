@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+namespace Talvo {
+
+/// Appends a JSON string (RFC 8259), quotes included, made from UTF-8 text.
+///
+/// `"` `\` `/` are escaped with a backslash; U+0008, U+000C, line feed, carriage return and tab as
+/// `\b \f \n \r \t`; the other characters below U+0020 as `\u00xx` in lower-case hexadecimal; all
+/// else, U+007F and non-ASCII included, is copied as it is. Linear, any thread.
+void appendJsonString(QByteArray &out, QByteArrayView utf8);
+
+/// Appends a JSON number: the shortest decimal text that reads back as the same double, without a
+/// fraction for a whole number; with an exponent only below 1e-4 and from 2^54 on.
+/// @pre value is finite. Any thread, whatever the locale.
+void appendJsonNumber(QByteArray &out, double value);
+
+} // namespace Talvo
