@@ -24,8 +24,11 @@ public:
     ChatMessageList() = default;
     ChatMessageList(std::initializer_list<ChatMessage> messages);
 
-    [[nodiscard]] std::size_t size() const noexcept { return m_size; }
-    [[nodiscard]] bool empty() const noexcept { return m_size == 0; }
+    [[nodiscard]] std::size_t size() const noexcept
+    {
+        return empty() ? 0 : (m_chunks.size() - 1) * chunkSize + m_chunks.back()->size();
+    }
+    [[nodiscard]] bool empty() const noexcept { return m_chunks.empty(); }
 
     /// The message at an index. @pre index < size()
     [[nodiscard]] const ChatMessage &operator[](std::size_t index) const
@@ -34,8 +37,9 @@ public:
     }
 
     /// @pre !empty()
-    [[nodiscard]] const ChatMessage &back() const { return (*this)[m_size - 1]; }
+    [[nodiscard]] const ChatMessage &back() const { return m_chunks.back()->back(); }
 
+    /// Adds a message at the end; references to earlier ones are no longer valid.
     void append(ChatMessage message);
 
     class const_iterator
@@ -76,7 +80,7 @@ public:
     };
 
     [[nodiscard]] const_iterator begin() const { return {this, 0}; }
-    [[nodiscard]] const_iterator end() const { return {this, m_size}; }
+    [[nodiscard]] const_iterator end() const { return {this, size()}; }
 
     /// Same count and equal messages at every index.
     friend bool operator==(const ChatMessageList &left, const ChatMessageList &right);
@@ -84,9 +88,9 @@ public:
 private:
     using Chunk = std::vector<ChatMessage>;
 
-    /// Only the last chunk is ever written to, and only while no other list shares it.
+    /// None of them is empty and all but the last are full. Only the last one is ever written to,
+    /// and only while no other list shares it.
     std::vector<std::shared_ptr<Chunk>> m_chunks;
-    std::size_t m_size = 0;
 };
 
 } // namespace Talvo

@@ -10,4 +10,11 @@ LocalizedError::LocalizedError(QString description)
 {
 }
 
+QString localizedDescription(const std::exception &error)
+{
+    const auto *localized = dynamic_cast<const LocalizedError *>(&error);
+    return localized ? localized->localizedDescription()
+                     : QStringLiteral("Beklenmeyen bir sorun oluştu.");
+}
+
 } // namespace Talvo

@@ -45,4 +45,7 @@ public:
     }
 };
 
+/// The sentence to show for anything thrown: that of a LocalizedError, else a general one. Any thread.
+[[nodiscard]] QString localizedDescription(const std::exception &error);
+
 } // namespace Talvo

@@ -1,0 +1,195 @@
+#pragma once
+
+#include "Chat/ChatArchiveStore.h"
+#include "Completion/GroqClient.h"
+#include "Keychain/KeychainStore.h"
+
+#include <QCoroTask>
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace Talvo {
+
+/// The one controller of the application: it owns the conversations, the selection, the composer's
+/// text, the sending flags, the error text, the model choice and the memory, drives every exchange
+/// and is the only writer of the archive.
+///
+/// Confined to the GUI thread. Asynchronous operations suspend only while the store, the keychain or
+/// the service works, and never resume into a controller that is gone. A property notifies only when
+/// its value really changes.
+class ChatModel : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QUuid selectedChatID READ selectedChatIDOrNull NOTIFY selectedChatIDChanged)
+    Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectedChatIDChanged)
+    Q_PROPERTY(QString draft READ draft WRITE setDraft NOTIFY draftChanged)
+    Q_PROPERTY(QString selectedModel READ selectedModel NOTIFY selectedModelChanged)
+    Q_PROPERTY(bool canSend READ canSend NOTIFY canSendChanged)
+    Q_PROPERTY(bool isSending READ isSending NOTIFY isSendingChanged)
+    Q_PROPERTY(bool isAwaitingResponse READ isAwaitingResponse NOTIFY isAwaitingResponseChanged)
+    Q_PROPERTY(bool isLoadingArchive READ isLoadingArchive NOTIFY isLoadingArchiveChanged)
+    Q_PROPERTY(QString errorMessage READ errorMessageOrEmpty NOTIFY errorMessageChanged)
+    Q_PROPERTY(bool hasErrorMessage READ hasErrorMessage NOTIFY errorMessageChanged)
+    Q_PROPERTY(QStringList availableModels READ availableModels CONSTANT)
+
+public:
+    /// The services that the controller drives; an absent one is replaced by its default.
+    struct Services
+    {
+        std::unique_ptr<GroqClient> client;
+        std::unique_ptr<KeychainStore> keychain;
+        std::unique_ptr<ChatArchiveStore> archiveStore;
+    };
+
+    /// With the defaults of all three services, and one fresh session with the first greeting.
+    explicit ChatModel(QObject *parent = nullptr);
+    explicit ChatModel(Services services, QObject *parent = nullptr);
+    /// Waits for the saves that were started.
+    ~ChatModel() override;
+    Q_DISABLE_COPY_MOVE(ChatModel)
+
+    /// All conversations, the most recently active one first.
+    [[nodiscard]] const std::vector<ChatSession> &sessions() const { return m_sessions; }
+    [[nodiscard]] const std::optional<QUuid> &selectedChatID() const { return m_selectedChatID; }
+    /// The messages of the selected session, none without one.
+    [[nodiscard]] const ChatMessageList &selectedMessages() const;
+    [[nodiscard]] const QString &draft() const { return m_draft; }
+    [[nodiscard]] const QString &selectedModel() const { return m_selectedModel; }
+    /// The draft is not blank and no send is running.
+    [[nodiscard]] bool canSend() const { return m_canSend; }
+    /// A send is in its requests; new sends and all session operations but rename are refused.
+    [[nodiscard]] bool isSending() const { return m_isSending; }
+    /// The reply itself is still outstanding.
+    [[nodiscard]] bool isAwaitingResponse() const { return m_isAwaitingResponse; }
+    [[nodiscard]] bool isLoadingArchive() const { return m_loadPhase == LoadPhase::loading; }
+    /// The one error text that the window shows, absent when there is nothing to show.
+    [[nodiscard]] const std::optional<QString> &errorMessage() const { return m_errorMessage; }
+    [[nodiscard]] const QString &memory() const { return m_memory; }
+    /// The models offered, the default first; never saved.
+    [[nodiscard]] static QStringList availableModels();
+
+    void setDraft(const QString &draft);
+    void setErrorMessage(const std::optional<QString> &message);
+    /// Makes the error text absent: the alert was dismissed.
+    Q_INVOKABLE void clearErrorMessage() { setErrorMessage(std::nullopt); }
+
+    /// Loads the archive, once in the life of this object. What is asked for meanwhile takes effect
+    /// when the load has ended, so that no save can replace an archive that is still being read.
+    QCoro::Task<> loadArchive();
+
+    /// Sends the draft to the selected conversation and runs the title and memory requests after
+    /// the reply. Problems are reported through errorMessage() only.
+    QCoro::Task<> send();
+
+    /// Starts loadArchive() without waiting for it.
+    Q_INVOKABLE void startLoadingArchive() { loadArchive(); }
+    /// Starts send() without waiting for it.
+    Q_INVOKABLE void startSending() { send(); }
+
+    /// Adds a conversation at the top and selects it. Refused while a send is running.
+    Q_INVOKABLE void newChat();
+    /// Selects a conversation and empties the draft. Refused while a send is running; an unknown
+    /// identifier does nothing.
+    Q_INVOKABLE void selectChat(const QUuid &id);
+    /// Gives a conversation the first characters of the cleaned title, if any are left.
+    Q_INVOKABLE void renameChat(const QUuid &id, const QString &title);
+    /// Removes a conversation; the top one is selected when it was the selected one. Refused while a
+    /// send is running.
+    Q_INVOKABLE void deleteChat(const QUuid &id);
+    /// Chooses one of availableModels() for the requests that start from now on.
+    Q_INVOKABLE void selectModel(const QString &model);
+
+    /// The window is gone: stops the requests under way. closed() follows as soon as every task has
+    /// ended and every save that was started is on disk.
+    void close();
+
+Q_SIGNALS:
+    void sessionsChanged();
+    void selectedChatIDChanged();
+    void selectedMessagesChanged();
+    void draftChanged();
+    void selectedModelChanged();
+    void canSendChanged();
+    void isSendingChanged();
+    void isAwaitingResponseChanged();
+    void isLoadingArchiveChanged();
+    void errorMessageChanged();
+    void memoryChanged();
+    /// A reply was added to the selected conversation (for assistive technology).
+    void replyArrived(const QString &text);
+    void closed();
+
+private:
+    enum class LoadPhase
+    {
+        notStarted,
+        loading,
+        ended,
+    };
+    class RunningTask;
+
+    [[nodiscard]] QUuid selectedChatIDOrNull() const;
+    [[nodiscard]] bool hasSelection() const { return m_selectedChatID.has_value(); }
+    [[nodiscard]] QString errorMessageOrEmpty() const { return m_errorMessage.value_or(QString()); }
+    [[nodiscard]] bool hasErrorMessage() const { return m_errorMessage.has_value(); }
+
+    void setSelectedChatID(const std::optional<QUuid> &id);
+    void setIsSending(bool isSending);
+    void setIsAwaitingResponse(bool isAwaiting);
+    void setMemory(const QString &memory);
+    void setLoadPhase(LoadPhase phase);
+    void updateCanSend();
+    void announceClosedIfIdle();
+
+    [[nodiscard]] std::vector<ChatSession>::iterator findSession(const QUuid &id);
+    [[nodiscard]] std::optional<ChatSession> sessionWithID(const QUuid &id) const;
+    void insertFreshSession(const QString &greeting);
+    void adopt(ChatArchive archive);
+    [[nodiscard]] ChatArchive snapshot() const;
+    QCoro::Task<> saveArchive();
+    void saveInBackground() { saveArchive(); }
+    void clearDraftAndError();
+
+    [[nodiscard]] bool isDeferredByLoad(std::function<void()> operation);
+    void runDeferredOperations();
+    void insertNewChat();
+
+    QCoro::Task<> sendText(QString text, std::optional<QString> composerText);
+    QCoro::Task<std::optional<QString>> readKey();
+    QCoro::Task<> exchange(QUuid sessionID, ChatMessage userMessage, QString apiKey);
+    QCoro::Task<> generateTitleIfNeeded(QUuid sessionID, ChatMessageList conversation,
+                                        QString apiKey);
+    QCoro::Task<> updateMemory(ChatMessage userMessage, ChatMessage assistantMessage,
+                               QString apiKey);
+    void appendMessage(const ChatMessage &message, const QUuid &sessionID);
+    void takeFromDraft(const QString &composerText);
+    void giveBackToDraft(const QString &text);
+    void finishSending();
+
+    const std::unique_ptr<GroqClient> m_client;
+    const std::unique_ptr<KeychainStore> m_keychain;
+    const std::unique_ptr<ChatArchiveStore> m_archiveStore;
+
+    std::vector<ChatSession> m_sessions;
+    std::optional<QUuid> m_selectedChatID;
+    QString m_draft;
+    QString m_selectedModel = availableModels().constFirst();
+    QString m_memory;
+    std::optional<QString> m_errorMessage;
+    bool m_canSend = false;
+    bool m_isSending = false;
+    bool m_isAwaitingResponse = false;
+    bool m_isReadingKey = false;
+    bool m_isClosing = false;
+    LoadPhase m_loadPhase = LoadPhase::notStarted;
+    std::vector<std::function<void()>> m_deferredOperations;
+    int m_runningTasks = 0;
+};
+
+} // namespace Talvo

@@ -1,0 +1,235 @@
+// The part of ChatModel that sends a message: one exchange with the service and its two follow-up
+// requests.
+
+#include "Controller/ChatModel.h"
+
+#include "Controller/Prompts.h"
+#include "Controller/RunningTask.h"
+#include "Controller/TitleCleaning.h"
+#include "Platform/Text.h"
+
+#include <QCoroFuture>
+#include <QtConcurrent>
+
+#include <algorithm>
+#include <utility>
+
+namespace Talvo {
+
+QCoro::Task<> ChatModel::send()
+{
+    const QString text = trimmedOfWhitespaceAndNewlines(m_draft).toString();
+    if (text.isEmpty() || m_isSending || m_isReadingKey || !m_selectedChatID) {
+        co_return;
+    }
+    if (isDeferredByLoad([this, text] { sendText(text, std::nullopt); })) {
+        setDraft({});
+        co_return;
+    }
+    co_await sendText(text, m_draft);
+}
+
+/// @param composerText the untrimmed text as it stands in the composer, absent when the text was
+///                     taken from there before, while the archive was being loaded
+QCoro::Task<> ChatModel::sendText(QString text, std::optional<QString> composerText)
+{
+    const RunningTask task(this);
+    const QPointer<ChatModel> self(this);
+    if (m_isSending || m_isReadingKey || !m_selectedChatID) {
+        giveBackToDraft(text);
+        co_return;
+    }
+    const QUuid sessionID = *m_selectedChatID;
+    clearErrorMessage();
+    m_isReadingKey = true;
+    const std::optional<QString> apiKey = co_await readKey();
+    if (!self) {
+        co_return;
+    }
+    m_isReadingKey = false;
+    // Without a key, or when the conversation was deleted while a keyring asked for its password,
+    // the text stays with the user.
+    if (!apiKey || findSession(sessionID) == m_sessions.end()) {
+        if (!composerText) {
+            giveBackToDraft(text);
+        }
+        co_return;
+    }
+    if (composerText) {
+        takeFromDraft(*composerText);
+    }
+    const ChatMessage userMessage = ChatMessage::make(ChatMessage::Role::user, text.toUtf8());
+    appendMessage(userMessage, sessionID);
+    co_await saveArchive();
+    if (self && !m_isClosing) {
+        co_await exchange(sessionID, userMessage, *apiKey);
+    }
+}
+
+/// The stored key; absent, with the reason in errorMessage(), when there is none to use.
+QCoro::Task<std::optional<QString>> ChatModel::readKey()
+{
+    const QPointer<ChatModel> self(this);
+    std::optional<QString> apiKey;
+    QString failure = QStringLiteral("Önce Ayarlar’dan Groq API anahtarını kaydet.");
+    try {
+        // On a worker: a keyring may ask the user for its password before it answers.
+        apiKey = co_await QtConcurrent::run([keychain = *m_keychain] { return keychain.read(); });
+    } catch (const std::exception &error) {
+        failure = localizedDescription(error);
+    }
+    if (apiKey && !apiKey->isEmpty()) {
+        co_return apiKey;
+    }
+    if (self) {
+        setErrorMessage(failure);
+    }
+    co_return std::nullopt;
+}
+
+QCoro::Task<> ChatModel::exchange(QUuid sessionID, ChatMessage userMessage, QString apiKey)
+{
+    const QPointer<ChatModel> self(this);
+    const std::optional<ChatSession> session = sessionWithID(sessionID);
+    if (!session) {
+        co_return;
+    }
+    const ChatMessageList history = session->messages;
+    setIsSending(true);
+    setIsAwaitingResponse(true);
+
+    QByteArray reply;
+    std::optional<QString> failure;
+    try {
+        reply = co_await m_client->complete(history, apiKey, m_selectedModel,
+                                            Prompts::system(m_memory));
+    } catch (const std::exception &error) {
+        failure = localizedDescription(error);
+    }
+    if (!self || m_isClosing) {
+        co_return;
+    }
+    if (failure) {
+        finishSending();
+        setErrorMessage(failure);
+        co_return;
+    }
+
+    const ChatMessage assistantMessage = ChatMessage::make(ChatMessage::Role::assistant, reply);
+    appendMessage(assistantMessage, sessionID);
+    setIsAwaitingResponse(false);
+    co_await saveArchive();
+    if (!self || m_isClosing) {
+        co_return;
+    }
+    ChatMessageList conversation = history;
+    conversation.append(assistantMessage);
+    co_await generateTitleIfNeeded(sessionID, conversation, apiKey);
+    if (!self || m_isClosing) {
+        co_return;
+    }
+    co_await updateMemory(userMessage, assistantMessage, apiKey);
+    if (self) {
+        finishSending();
+    }
+}
+
+QCoro::Task<> ChatModel::generateTitleIfNeeded(QUuid sessionID, ChatMessageList conversation,
+                                               QString apiKey)
+{
+    const QPointer<ChatModel> self(this);
+    const auto hasDefaultTitle = [this, sessionID] {
+        const auto session = findSession(sessionID);
+        return session != m_sessions.end() && session->title == defaultSessionTitle();
+    };
+    if (!hasDefaultTitle()) {
+        co_return;
+    }
+    QByteArray reply;
+    try {
+        reply = co_await m_client->complete(conversation, apiKey, m_selectedModel,
+                                            Prompts::titleInstruction());
+    } catch (const std::exception &) {
+        // A conversation without a title of its own is no reason to disturb the user; the next
+        // exchange asks again.
+        co_return;
+    }
+    if (!self || m_isClosing) {
+        co_return;
+    }
+    const QString cleaned = cleanTitle(QString::fromUtf8(reply));
+    // The user may have renamed or lost the conversation meanwhile: that choice stands.
+    if (cleaned.isEmpty() || !hasDefaultTitle()) {
+        co_return;
+    }
+    const QString title = storedTitle(cleaned);
+    if (std::exchange(findSession(sessionID)->title, title) != title) {
+        Q_EMIT sessionsChanged();
+    }
+    co_await saveArchive();
+}
+
+QCoro::Task<> ChatModel::updateMemory(ChatMessage userMessage, ChatMessage assistantMessage,
+                                      QString apiKey)
+{
+    const QPointer<ChatModel> self(this);
+    const ChatMessageList request{
+        ChatMessage::make(ChatMessage::Role::user,
+                          Prompts::memoryRequest(m_memory, userMessage, assistantMessage))};
+    QByteArray reply;
+    try {
+        reply = co_await m_client->complete(request, apiKey, m_selectedModel,
+                                            Prompts::memoryInstruction());
+    } catch (const std::exception &) {
+        // The memory keeps its value; the exchange itself is already saved.
+        co_return;
+    }
+    if (!self || m_isClosing) {
+        co_return;
+    }
+    const QString text = trimmedOfWhitespaceAndNewlines(QString::fromUtf8(reply)).toString();
+    setMemory(text == Prompts::emptyMemoryMarker() ? QString() : text);
+    co_await saveArchive();
+}
+
+void ChatModel::appendMessage(const ChatMessage &message, const QUuid &sessionID)
+{
+    const auto session = findSession(sessionID);
+    if (session == m_sessions.end()) {
+        return;
+    }
+    session->messages.append(message);
+    session->updatedAt = Instant::now();
+    std::rotate(m_sessions.begin(), session, session + 1);
+    Q_EMIT sessionsChanged();
+    if (m_selectedChatID != sessionID) {
+        return;
+    }
+    Q_EMIT selectedMessagesChanged();
+    if (message.role == ChatMessage::Role::assistant) {
+        Q_EMIT replyArrived(QString::fromUtf8(message.content));
+    }
+}
+
+/// Empties the composer of the text that is being sent, and of that only: what was typed while the
+/// key was read stays.
+void ChatModel::takeFromDraft(const QString &composerText)
+{
+    if (m_draft.startsWith(composerText)) {
+        setDraft(m_draft.sliced(composerText.size()));
+    }
+}
+
+/// Puts a text that could not be sent in front of whatever the composer holds by now.
+void ChatModel::giveBackToDraft(const QString &text)
+{
+    setDraft(m_draft.isEmpty() ? text : text + u'\n' + m_draft);
+}
+
+void ChatModel::finishSending()
+{
+    setIsSending(false);
+    setIsAwaitingResponse(false);
+}
+
+} // namespace Talvo

@@ -1,0 +1,95 @@
+#include "Views/KeySettings.h"
+
+#include "Platform/Text.h"
+
+#include <QtConcurrent>
+
+#include <utility>
+
+namespace Talvo {
+
+KeySettings::KeySettings(QObject *parent)
+    : QObject(parent)
+    , m_keychain(nullptr)
+{
+}
+
+KeySettings::~KeySettings()
+{
+    m_apiKey.fill(u'\0');
+}
+
+void KeySettings::setApiKey(const QString &apiKey)
+{
+    if (std::exchange(m_apiKey, apiKey) != apiKey) {
+        Q_EMIT apiKeyChanged();
+        Q_EMIT permissionsChanged();
+    }
+}
+
+bool KeySettings::canSave() const
+{
+    return !m_isBusy && !trimmedOfWhitespaceAndNewlines(m_apiKey).isEmpty();
+}
+
+void KeySettings::load()
+{
+    await(QtConcurrent::run([keychain = m_keychain] { return keychain.read(); }),
+          [this](const std::optional<QString> &key) { setApiKey(key.value_or(QString())); });
+}
+
+void KeySettings::save()
+{
+    if (!canSave()) {
+        return;
+    }
+    const QString key = trimmedOfWhitespaceAndNewlines(m_apiKey).toString();
+    await(QtConcurrent::run([keychain = m_keychain, key] { keychain.save(key); }),
+          [this] { setStatus(QStringLiteral("API anahtarı güvenle kaydedildi."), false); });
+}
+
+void KeySettings::remove()
+{
+    if (!canDelete()) {
+        return;
+    }
+    await(QtConcurrent::run([keychain = m_keychain] { keychain.remove(); }), [this] {
+        setApiKey({});
+        setStatus(QStringLiteral("API anahtarı silindi."), false);
+    });
+}
+
+template <class Result, class Succeeded>
+void KeySettings::await(QFuture<Result> work, Succeeded succeeded)
+{
+    setBusy(true);
+    work.then(this, [this, succeeded](const QFuture<Result> &finished) {
+        setBusy(false);
+        try {
+            if constexpr (std::is_void_v<Result>) {
+                QFuture<Result>(finished).waitForFinished(); // throws what the worker threw
+                succeeded();
+            } else {
+                succeeded(finished.result());
+            }
+        } catch (const std::exception &error) {
+            setStatus(localizedDescription(error), true);
+        }
+    });
+}
+
+void KeySettings::setStatus(const QString &message, bool isError)
+{
+    m_isError = isError;
+    m_statusMessage = message;
+    Q_EMIT statusChanged();
+}
+
+void KeySettings::setBusy(bool isBusy)
+{
+    if (std::exchange(m_isBusy, isBusy) != isBusy) {
+        Q_EMIT permissionsChanged();
+    }
+}
+
+} // namespace Talvo
