@@ -1,0 +1,52 @@
+"""A small world of its own for the program under test.
+
+User, mount, network and process namespaces: inside, api.groq.com is this machine's loopback, the
+trust store holds one test authority, and nothing can leave the machine. So the program is tested as
+it is, with no switch for tests in it; outside, nothing changes.
+"""
+
+import os
+import subprocess
+import sys
+from pathlib import Path
+
+UNSHARE = [
+    "unshare", "--user", "--map-root-user", "--net", "--mount", "--pid", "--fork", "--kill-child",
+    "--mount-proc",
+]
+
+
+def refusal():
+    """Why namespaces cannot be had here, or None when they can."""
+    probe = subprocess.run(
+        [*UNSHARE, "mount", "--bind", "/etc/hosts", "/etc/hosts"],
+        stdin=subprocess.DEVNULL, capture_output=True, text=True,
+    )
+    return None if probe.returncode == 0 else probe.stderr.strip() or "unshare failed"
+
+
+def enter(script, *arguments):
+    """Runs a Python script inside, as process 1 there, and gives back its exit code."""
+    command = [*UNSHARE, sys.executable, str(script), *arguments]
+    return subprocess.run(command, stdin=subprocess.DEVNULL).returncode
+
+
+def furnish(scratch, host, authority):
+    """Inside: the loopback device, the name of the service and the trust store."""
+    subprocess.run(["ip", "link", "set", "lo", "up"], check=True)
+
+    hosts = Path(scratch) / "hosts"
+    hosts.write_text(f"127.0.0.1 localhost {host}\n", encoding="ascii")
+    subprocess.run(["mount", "--bind", hosts, "/etc/hosts"], check=True)
+
+    # The whole folder, since a TLS library may look certificates up there by their hashes.
+    trusted = Path(scratch) / "trusted"
+    trusted.mkdir()
+    certificate = Path(authority).read_bytes()
+    (trusted / "ca-certificates.crt").write_bytes(certificate)
+    subject_hash = subprocess.run(
+        ["openssl", "x509", "-noout", "-hash", "-in", authority],
+        check=True, capture_output=True, text=True,
+    ).stdout.strip()
+    (trusted / f"{subject_hash}.0").write_bytes(certificate)
+    subprocess.run(["mount", "--bind", trusted, os.path.realpath("/etc/ssl/certs")], check=True)

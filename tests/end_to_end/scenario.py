@@ -1,0 +1,124 @@
+"""What every end-to-end test starts from: a user's home, the service, and Talvo to be started."""
+
+import json
+import os
+import subprocess
+import tempfile
+import unittest
+from dataclasses import dataclass
+from pathlib import Path
+
+from certificates import Identity
+from completion_service import CompletionService
+from desktop import Desktop
+from waiting import wait_until
+from window import FIELD, Window
+
+KEY = "gsk_uctan_uca_deneme"
+
+
+@dataclass
+class World:
+    """What all tests of a run share; set by inside.py."""
+
+    desktop: Desktop
+    identity: Identity
+    scratch: str
+
+
+world = None
+
+
+class Talvo:
+    """One start of the program."""
+
+    def __init__(self, environment, output, wrapper=()):
+        self._output = output
+        self._process = subprocess.Popen(
+            [*wrapper, os.environ["TALVO_EXECUTABLE"]],
+            env=environment, stdin=subprocess.DEVNULL, stdout=output, stderr=output,
+        )
+        self._wrapped = bool(wrapper)
+        self.window = Window(self.process_id())
+
+    def process_id(self):
+        """The program's own process, also when a tracer started it."""
+        if not self._wrapped:
+            return self._process.pid
+        children = Path(f"/proc/{self._process.pid}/task/{self._process.pid}/children")
+        name = Path(os.environ["TALVO_EXECUTABLE"]).name
+        def traced():
+            for child in children.read_text(encoding="ascii").split():
+                if Path(f"/proc/{child}/comm").read_text(encoding="utf-8").strip() == name:
+                    return int(child)
+            return None
+
+        return wait_until(traced, "the traced program")
+
+    def is_running(self):
+        return self._process.poll() is None
+
+    def wait(self, seconds=60):
+        """Its exit code."""
+        return self._process.wait(seconds)
+
+    def kill(self):
+        if self.is_running():
+            self._process.kill()
+            self._process.wait()
+
+
+class Scenario(unittest.TestCase):
+    """A test with an empty home, an empty keyring and a service that answers."""
+
+    def setUp(self):
+        self.desktop = world.desktop
+        self.desktop.clear_secret()
+        self.home = Path(tempfile.mkdtemp(prefix="home-", dir=world.scratch))
+        self.archive_path = self.home / ".local/share/Talvo/chat-archive.json"
+        self.environment = {
+            **self.desktop.environment,
+            "HOME": str(self.home),
+            **{name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")},
+        }
+        self.service = self.enterContext(CompletionService(world.identity, self.read_archive))
+        self.output = self.enterContext(open(self.home / "output", "w+", encoding="utf-8"))
+        self.talvo = None
+        self._started = []
+
+    def tearDown(self):
+        if not self._outcome.success: # unittest keeps what has happened so far nowhere else
+            self._report()
+        for talvo in self._started:
+            talvo.kill()
+
+    def start(self, wrapper=()):
+        """Starts Talvo and gives back its window, which appears in its own time."""
+        self.talvo = Talvo(self.environment, self.output, wrapper)
+        self._started.append(self.talvo)
+        return self.talvo.window
+
+    def composer(self):
+        return self.talvo.window.get(FIELD, "Mesajını yaz…")
+
+    def close(self):
+        """Closes the window as a user does; the program has to end with 0."""
+        self.talvo.window.close()
+        self.assertEqual(self.talvo.wait(), 0)
+
+    def read_archive(self):
+        """The archive as it is on the disk now, or None; it has to be whole at any moment."""
+        try:
+            return json.loads(self.archive_path.read_text(encoding="utf-8"))
+        except FileNotFoundError:
+            return None
+
+    def _report(self):
+        print(f"\n---- {self.id()}")
+        print("requests:", json.dumps([(r.kind, r.body) for r in self.service.requests],
+                                      ensure_ascii=False, indent=1))
+        print("archive:", json.dumps(self.read_archive(), ensure_ascii=False, indent=1)[:4000])
+        if self.talvo and self.talvo.is_running():
+            print("window:\n" + self.talvo.window.tree())
+        self.output.seek(0)
+        print("output:\n" + self.output.read())

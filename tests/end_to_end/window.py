@@ -1,0 +1,184 @@
+"""Talvo's window as assistive technology sees it (AT-SPI), and the user's keyboard and pointer."""
+
+import subprocess
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+from waiting import wait_until  # noqa: E402
+
+BUTTON = {Atspi.Role.PUSH_BUTTON}
+COMBO_BOX = {Atspi.Role.COMBO_BOX}
+CHOICE = {Atspi.Role.LIST_ITEM, Atspi.Role.MENU_ITEM}
+FIELD = {Atspi.Role.ENTRY, Atspi.Role.TEXT, Atspi.Role.PASSWORD_TEXT}
+PASSWORD_FIELD = {Atspi.Role.PASSWORD_TEXT}
+ROW = {Atspi.Role.LIST_ITEM}
+DIALOG = {Atspi.Role.DIALOG, Atspi.Role.ALERT}
+
+
+class Window:
+    """The window of one running process."""
+
+    def __init__(self, process_id):
+        self._process_id = process_id
+        Atspi.init()
+        Atspi.set_timeout(3000, 15000)
+
+    # What is there
+
+    def root(self):
+        """The application's accessible, or None while it is not on the bus yet."""
+        _deliver_events()
+        desktop = Atspi.get_desktop(0)
+        for index in range(desktop.get_child_count()):
+            application = desktop.get_child_at_index(index)
+            try:
+                if application and application.get_process_id() == self._process_id:
+                    application.set_cache_mask(Atspi.Cache.NONE)
+                    return application
+            except GLib.Error:
+                continue # it has just left the bus
+        return None
+
+    def elements(self, below=None):
+        """Every element that shows, in the tree's order."""
+        start = below or self.root()
+        return [] if start is None else list(_showing(start))
+
+    def find(self, roles, name, below=None):
+        """The elements of these roles with this name."""
+        return [
+            element
+            for element in self.elements(below)
+            if element.get_role() in roles and element.get_name() == name
+        ]
+
+    def get(self, roles, name, below=None):
+        """Waits for an element of these roles with this name and gives back the first one."""
+        found = wait_until(lambda: _ignoring_changes(self.find, roles, name, below),
+                           f"“{name}” in the window")
+        return found[0]
+
+    def texts(self, below=None):
+        """The names and text contents of everything that shows."""
+        found = []
+        for element in self.elements(below):
+            found.append(element.get_name())
+            if element.get_role() not in PASSWORD_FIELD:
+                found.append(content_of(element))
+        return [text for text in found if text]
+
+    def wait_for_text(self, text, seconds=30):
+        """Waits until an element shows exactly this text."""
+        wait_until(lambda: text in (_ignoring_changes(self.texts) or []), f"“{text}” in the window",
+                   seconds)
+
+    def wait_without_text(self, text, seconds=30):
+        """Waits until no element shows this text."""
+        wait_until(lambda: text not in (_ignoring_changes(self.texts) or [text]),
+                   f"no “{text}” in the window", seconds)
+
+    def row(self, title):
+        """The sidebar's row of the conversation with this title."""
+        return wait_until(lambda: _ignoring_changes(self._row, title), f"a row “{title}”")
+
+    def _row(self, title):
+        for element in self.elements():
+            if element.get_role() in ROW and title in self.texts(element):
+                if self.find(BUTTON, "Sohbeti sil", element):
+                    return element
+        return None
+
+    def tree(self):
+        """The window in words, for the report of a failure."""
+        lines = []
+
+        def describe(element, depth):
+            if element is None:
+                return
+            states = [state.value_nick for state in element.get_state_set().get_states()]
+            lines.append("  " * depth + f"{element.get_role_name()} “{element.get_name()}” "
+                         f"“{content_of(element)}” {' '.join(sorted(states))}")
+            for index in range(element.get_child_count()):
+                describe(element.get_child_at_index(index), depth + 1)
+
+        describe(self.root(), 0)
+        return "\n".join(lines)
+
+    # What a user does
+
+    def click(self, element):
+        """A click of the pointer in the element's middle."""
+        box = element.get_extents(Atspi.CoordType.SCREEN)
+        _xdotool("mousemove", "--sync", box.x + box.width // 2, box.y + box.height // 2, "click", 1)
+
+    def type(self, text):
+        _xdotool("type", "--clearmodifiers", "--delay", 20, text)
+
+    def key(self, *names):
+        _xdotool("key", "--clearmodifiers", *names)
+
+    def close(self):
+        """Asks the window manager to close the window."""
+        self.key("alt+F4")
+
+
+# What assistive technology does, without keyboard and pointer
+
+
+def press(element):
+    """Runs the element's press action, as a screen reader's user does."""
+    names = [element.get_action_name(i).lower() for i in range(element.get_n_actions())]
+    if "press" not in names:
+        raise AssertionError(f"“{element.get_name()}” has no press action but {names}")
+    if not element.do_action(names.index("press")):
+        raise AssertionError(f"“{element.get_name()}” refused its press action")
+
+
+def enter_text(element, text):
+    """Replaces the content of a field through the editable text interface."""
+    editable = element.get_editable_text_iface()
+    if editable is None:
+        raise AssertionError(f"“{element.get_name()}” cannot be edited by assistive technology")
+    if not editable.set_text_contents(text):
+        raise AssertionError(f"“{element.get_name()}” refused the text")
+
+
+def content_of(element):
+    """The content of an element that holds text, else an empty text."""
+    text = element.get_text_iface()
+    return "" if text is None else text.get_text(0, text.get_character_count())
+
+
+def has_state(element, state):
+    return element.get_state_set().contains(state)
+
+
+def _showing(element):
+    for index in range(element.get_child_count()):
+        child = element.get_child_at_index(index)
+        if child is None:
+            continue
+        if has_state(child, Atspi.StateType.SHOWING):
+            yield child
+        yield from _showing(child)
+
+
+def _ignoring_changes(read, *arguments):
+    """None instead of an error when the window changes while it is being read."""
+    try:
+        return read(*arguments)
+    except GLib.Error:
+        return None
+
+
+def _deliver_events():
+    context = GLib.MainContext.default()
+    while context.iteration(False):
+        pass
+
+
+def _xdotool(*arguments):
+    subprocess.run(["xdotool", *map(str, arguments)], check=True, capture_output=True)
