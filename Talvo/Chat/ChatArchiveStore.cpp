@@ -107,10 +107,16 @@ std::optional<ChatArchive> ChatArchiveStore::loadNow()
         return std::nullopt;
     }
     m_mustKeepOldFile = true; // until it turns out to be readable
-    ChatArchive archive =
-        decodeArchive(m_fileManager->readFile(m_fileURL, archiveDecodingPadding()));
-    m_mustKeepOldFile = false;
-    return archive;
+    try {
+        ChatArchive archive =
+            decodeArchive(m_fileManager->readFile(m_fileURL, archiveDecodingPadding()));
+        m_mustKeepOldFile = false;
+        return archive;
+    } catch (const PlatformError &error) {
+        throw error.withAdvice(
+            QStringLiteral("Dosyaya dokunulmadı; yeni bir kayıt yapılmadan önce yanında "
+                           "“chat-archive.unreadable-<tarih>.json” adıyla saklanacak."));
+    }
 }
 
 void ChatArchiveStore::saveNow(const ChatArchive &archive)
