@@ -204,7 +204,7 @@ TEST_F(SecretServiceTest, aPromptOutlastsTheBoundOfACall)
     service->reply("SearchItems", lockedItem);
     service->reply("Unlock", wantsPrompt);
     service->endPrompt(PromptEnd::never);
-    EXPECT_EQ(operations({.call = 400ms, .prompt = 900ms}).copyMatching(baseQuery).status,
+    EXPECT_EQ(operations({.call = 1s, .prompt = 1300ms}).copyMatching(baseQuery).status,
               KeychainStatuses::interactionNotAllowed);
     EXPECT_TRUE(wasCalled("Dismiss"));
 }
