@@ -1,5 +1,6 @@
 #include "Keychain/ScriptedSecretService.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace Talvo {
@@ -92,6 +93,21 @@ void ScriptedSecretService::endPrompt(PromptEnd end, const QByteArray &result)
     m_promptResult = result;
 }
 
+void ScriptedSecretService::completePrompt(const QByteArray &result)
+{
+    sendCompleted(false, result);
+}
+
+void ScriptedSecretService::waitForCall(const QByteArray &method)
+{
+    std::unique_lock lock(m_mutex);
+    m_called.wait(lock, [&] {
+        return std::ranges::any_of(m_calls, [&](const std::string &call) {
+            return call.starts_with(method.toStdString() + '(');
+        });
+    });
+}
+
 std::vector<std::string> ScriptedSecretService::calls() const
 {
     const std::lock_guard lock(m_mutex);
@@ -123,6 +139,7 @@ void ScriptedSecretService::handle(GDBusMessage *call)
     GVariant *const body = g_dbus_message_get_body(call);
     m_calls.push_back(
         (method + (body == nullptr ? QByteArray("()") : printed(body))).toStdString());
+    m_called.notify_all();
     if (method == "Prompt") {
         showPrompt(call);
         return;
@@ -169,11 +186,16 @@ void ScriptedSecretService::showPrompt(GDBusMessage *call)
     case PromptEnd::dismissed:
         break;
     }
-    const QByteArray isDismissed = m_promptEnd == PromptEnd::dismissed ? "true" : "false";
-    const MessagePointer signal(g_dbus_message_new_signal(
-        g_dbus_message_get_path(call), "org.freedesktop.Secret.Prompt", "Completed"));
-    g_dbus_message_set_body(signal.get(),
-                            parsed("(" + isDismissed + ", <" + m_promptResult + ">)").get());
+    sendCompleted(m_promptEnd == PromptEnd::dismissed, m_promptResult);
+}
+
+void ScriptedSecretService::sendCompleted(bool isDismissed, const QByteArray &result)
+{
+    const MessagePointer signal(
+        g_dbus_message_new_signal(prompt, "org.freedesktop.Secret.Prompt", "Completed"));
+    g_dbus_message_set_body(
+        signal.get(),
+        parsed("(" + QByteArray(isDismissed ? "true" : "false") + ", <" + result + ">)").get());
     send(signal.get());
 }
 

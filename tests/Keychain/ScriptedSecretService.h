@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 
+#include <condition_variable>
 #include <map>
 #include <mutex>
 #include <string>
@@ -55,6 +56,12 @@ public:
     /// How a prompt ends once it is shown. `result` is GVariant text.
     void endPrompt(PromptEnd end, const QByteArray &result = "''");
 
+    /// Ends the prompt that is shown and was told to end never: completed, with this result.
+    void completePrompt(const QByteArray &result);
+
+    /// Blocks until a call of this method has arrived.
+    void waitForCall(const QByteArray &method);
+
     /// Every call after the session was opened, as "Method(arguments)" in GVariant text.
     [[nodiscard]] std::vector<std::string> calls() const;
 
@@ -64,11 +71,13 @@ private:
     void handle(GDBusMessage *call);
     void openSession(GDBusMessage *call);
     void showPrompt(GDBusMessage *call);
+    void sendCompleted(bool isDismissed, const QByteArray &result);
     void send(GDBusMessage *message);
     void sendReply(GDBusMessage *call, const QByteArray &tuple);
     void sendError(GDBusMessage *call, const QByteArray &name);
 
     mutable std::mutex m_mutex;
+    std::condition_variable m_called;
     std::map<QByteArray, Answer> m_answers;
     PromptEnd m_promptEnd = PromptEnd::completed;
     QByteArray m_promptResult;

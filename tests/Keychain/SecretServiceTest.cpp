@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <QtConcurrent>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -207,6 +208,21 @@ TEST_F(SecretServiceTest, aPromptOutlastsTheBoundOfACall)
     EXPECT_EQ(operations({.call = 1s, .prompt = 1300ms}).copyMatching(baseQuery).status,
               KeychainStatuses::interactionNotAllowed);
     EXPECT_TRUE(wasCalled("Dismiss"));
+}
+
+TEST_F(SecretServiceTest, aPromptHoldsUpNoOtherThread)
+{
+    const QByteArray unlockedFound = "(" + unlockedItem + ", @ao [])";
+    service->reply("SearchItems", lockedItem);
+    service->reply("Unlock", wantsPrompt);
+    service->endPrompt(PromptEnd::never);
+    auto prompted = QtConcurrent::run([] { return operations().copyMatching(baseQuery).status; });
+    service->waitForCall("Prompt");
+    service->reply("SearchItems", unlockedFound);
+    EXPECT_EQ(operations().copyMatching(baseQuery).data, "key");
+    EXPECT_FALSE(prompted.isFinished());
+    service->completePrompt(unlockedItem);
+    EXPECT_EQ(prompted.result(), KeychainStatuses::success);
 }
 
 TEST_F(SecretServiceTest, aServiceThatGoesDuringThePromptIsNotAvailable)
