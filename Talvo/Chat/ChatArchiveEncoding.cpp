@@ -157,6 +157,21 @@ void ArchiveWriter::flush()
     m_buffer.resize(0); // unlike clear(), keeps the room
 }
 
+/// About how long the document will be, so that there is room for it at once.
+qsizetype expectedSize(const ChatArchive &archive)
+{
+    constexpr qsizetype layout = 300; // around a record
+    const auto escaped = [](qsizetype size) { return size + size / 16; };
+    qsizetype size = layout + 2 * escaped(archive.memory.size());
+    for (const ChatSession &session : archive.sessions) {
+        size += layout;
+        for (const ChatMessage &message : session.messages) {
+            size += layout / 2 + escaped(message.content.size());
+        }
+    }
+    return size;
+}
+
 } // namespace
 
 void encodeArchive(const ChatArchive &archive, const Sink &sink)
@@ -169,6 +184,7 @@ void encodeArchive(const ChatArchive &archive, const Sink &sink)
 QByteArray encodeArchive(const ChatArchive &archive)
 {
     QByteArray document;
+    document.reserve(expectedSize(archive));
     encodeArchive(archive, [&document](QByteArrayView piece) { document.append(piece); });
     return document;
 }
