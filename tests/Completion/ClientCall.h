@@ -6,6 +6,7 @@
 #include "support/LoopbackService.h"
 
 #include <QNetworkAccessManager>
+#include <QNetworkReply>
 
 #include <gtest/gtest.h>
 
