@@ -35,6 +35,8 @@ QString platformFailureText(PlatformFailure failure)
         return QStringLiteral("Sunucuyla güvenli bağlantı kurulamadı.");
     case PlatformFailure::replyTooLarge:
         return QStringLiteral("Sunucunun yanıtı çok büyük olduğu için alınmadı.");
+    case PlatformFailure::requestNotSendable:
+        return QStringLiteral("İstek gönderilemedi.");
     case PlatformFailure::requestCancelled:
         return QStringLiteral("İstek iptal edildi.");
     case PlatformFailure::networkFailure:

@@ -13,6 +13,7 @@ enum class PlatformFailure {
     timedOut,          ///< nothing arrived for the whole idle time
     tlsFailure,        ///< no trusted secure connection to the service
     replyTooLarge,     ///< the answer exceeds its bound
+    requestNotSendable, ///< it holds what no request can carry
     requestCancelled,  ///< stopped by the application itself
     networkFailure,    ///< any other failure of the transfer
     replyNotDecodable, ///< the answer is not the JSON that it should be

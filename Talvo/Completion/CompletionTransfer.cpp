@@ -1,0 +1,133 @@
+#include "Completion/CompletionTransfer.h"
+
+#include "Completion/SingleUseBody.h"
+
+#include <QNetworkAccessManager>
+
+#include <utility>
+
+namespace Talvo {
+
+namespace {
+
+/// What the network thread holds ready at most while the GUI thread is busy.
+constexpr qint64 readBufferSize = 256 * 1024;
+
+/// Statuses that come without a body, whatever Content-Length says (RFC 9110).
+bool hasNoBody(int status)
+{
+    return status == 204 || status == 304;
+}
+
+} // namespace
+
+CompletionTransfer::Pointer CompletionTransfer::start(QNetworkAccessManager &session,
+                                                      QNetworkRequest request, QByteArray body,
+                                                      std::chrono::milliseconds idleTimeout)
+{
+    return Pointer(
+        new CompletionTransfer(session, std::move(request), std::move(body), idleTimeout));
+}
+
+CompletionTransfer::CompletionTransfer(QNetworkAccessManager &session, QNetworkRequest request,
+                                       QByteArray body, std::chrono::milliseconds idleTimeout)
+    // With a parent it also goes when the event loop runs no more.
+    : QObject(&session)
+{
+    request.setHeader(QNetworkRequest::ContentLengthHeader, body.size());
+    auto *upload = new SingleUseBody(std::move(body), this);
+    m_reply = session.post(request, upload);
+    m_reply->setParent(this);
+    m_reply->setReadBufferSize(readBufferSize);
+    connect(m_reply, &QNetworkReply::requestSent, this, [this] { m_stage = TransferStage::sent; });
+    connect(m_reply, &QNetworkReply::metaDataChanged, this, &CompletionTransfer::checkDeclaredSize);
+    connect(m_reply, &QNetworkReply::readyRead, this, &CompletionTransfer::collect);
+    connect(m_reply, &QNetworkReply::finished, this, &CompletionTransfer::collect);
+    watchForSilence(idleTimeout);
+}
+
+void CompletionTransfer::watchForSilence(std::chrono::milliseconds idleTimeout)
+{
+    m_idleTimer.setSingleShot(true);
+    m_idleTimer.setInterval(idleTimeout);
+    connect(&m_idleTimer, &QTimer::timeout, this, [this] { stop(PlatformFailure::timedOut); });
+    const auto restart = [this] {
+        if (!m_reply->isFinished()) {
+            m_idleTimer.start();
+        }
+    };
+    connect(m_reply, &QNetworkReply::encrypted, this, restart);
+    connect(m_reply, &QNetworkReply::requestSent, this, restart);
+    connect(m_reply, &QNetworkReply::uploadProgress, this, restart);
+    connect(m_reply, &QNetworkReply::metaDataChanged, this, restart);
+    connect(m_reply, &QNetworkReply::readyRead, this, restart);
+    connect(m_reply, &QNetworkReply::finished, &m_idleTimer, &QTimer::stop);
+    m_idleTimer.start();
+}
+
+void CompletionTransfer::checkDeclaredSize()
+{
+    const QVariant declared = m_reply->header(QNetworkRequest::ContentLengthHeader);
+    if (declared.isValid() && declared.toLongLong() > maximumBodySize) {
+        stop(PlatformFailure::replyTooLarge);
+    }
+}
+
+void CompletionTransfer::collect()
+{
+    if (m_stopped || !m_reply->isReadable()) {
+        return;
+    }
+    // One byte above the bound is enough to know.
+    m_body += m_reply->read(maximumBodySize + 1 - m_body.size());
+    if (m_body.size() > maximumBodySize) {
+        stop(PlatformFailure::replyTooLarge);
+    }
+}
+
+void CompletionTransfer::stop(PlatformFailure failure)
+{
+    if (m_stopped) {
+        return;
+    }
+    // An answer whose last bytes break the bound has already ended.
+    const bool hasEnded = m_reply->isFinished();
+    if (hasEnded && failure != PlatformFailure::replyTooLarge) {
+        return;
+    }
+    m_stopped = failure;
+    m_body.clear();
+    if (!hasEnded) {
+        m_reply->abort();
+    }
+}
+
+bool CompletionTransfer::isTruncated() const
+{
+    const QVariant declared = m_reply->header(QNetworkRequest::ContentLengthHeader);
+    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    return declared.isValid() && !hasNoBody(status) && m_body.size() < declared.toLongLong();
+}
+
+CompletionTransfer::Answer CompletionTransfer::takeAnswer()
+{
+    if (m_stopped) {
+        throw PlatformError(*m_stopped);
+    }
+    const QNetworkReply::NetworkError error = m_reply->error();
+    if (error == QNetworkReply::ProtocolFailure) {
+        return {};
+    }
+    const QVariant status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    const bool isAnswered =
+        status.isValid() && (error == QNetworkReply::NoError || isStatusError(error));
+    if (!isAnswered) {
+        throw PlatformError(transferFailure(error, m_stage));
+    }
+    if (isTruncated()) {
+        throw PlatformError(PlatformFailure::connectionLost);
+    }
+    return {status.toInt(), std::exchange(m_body, {})};
+}
+
+} // namespace Talvo

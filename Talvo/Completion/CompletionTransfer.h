@@ -1,0 +1,79 @@
+#pragma once
+
+#include "Completion/TransferFailure.h"
+
+#include <QByteArray>
+#include <QNetworkRequest>
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+class QNetworkAccessManager;
+
+namespace Talvo {
+
+/// One request on the wire and the answer to it, bounded in size and in silence. GUI thread.
+///
+/// Starts when made. Await reply(), then ask for takeAnswer(). Make it with start(): it must
+/// outlive the signals that end it.
+class CompletionTransfer : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The bytes of an answer that are accepted; one byte more ends the transfer.
+    static constexpr qint64 maximumBodySize = 32 * 1024 * 1024;
+
+    struct Answer
+    {
+        /// The HTTP status; absent when what came back is not HTTP.
+        std::optional<int> status;
+        QByteArray body;
+    };
+
+    /// Deletes an object when control is back in the event loop.
+    struct DeleteLater
+    {
+        void operator()(QObject *object) const { object->deleteLater(); }
+    };
+    using Pointer = std::unique_ptr<CompletionTransfer, DeleteLater>;
+
+    /// Sends a POST.
+    /// @param session outlives the transfer
+    /// @param idleTimeout how long neither a byte may go out nor one of the answer come in
+    [[nodiscard]] static Pointer start(QNetworkAccessManager &session, QNetworkRequest request,
+                                       QByteArray body, std::chrono::milliseconds idleTimeout);
+
+    /// To be awaited; owned by the transfer.
+    [[nodiscard]] QNetworkReply *reply() const { return m_reply; }
+
+    /// Ends the transfer now, unless it has ended: takeAnswer() throws
+    /// PlatformFailure::requestCancelled. Whoever awaits reply() is resumed inside.
+    void cancel() { stop(PlatformFailure::requestCancelled); }
+
+    /// The whole answer, once. Throws PlatformError for a transfer that failed.
+    /// @pre reply() has finished
+    [[nodiscard]] Answer takeAnswer();
+
+private:
+    CompletionTransfer(QNetworkAccessManager &session, QNetworkRequest request, QByteArray body,
+                       std::chrono::milliseconds idleTimeout);
+
+    void watchForSilence(std::chrono::milliseconds idleTimeout);
+    void checkDeclaredSize();
+    void collect();
+    void stop(PlatformFailure failure);
+    [[nodiscard]] bool isTruncated() const;
+
+    QNetworkReply *m_reply;
+    QTimer m_idleTimer;
+    QByteArray m_body;
+    TransferStage m_stage = TransferStage::connecting;
+    /// Why this object itself ended the transfer; the reply says "cancelled" in each case.
+    std::optional<PlatformFailure> m_stopped;
+};
+
+} // namespace Talvo

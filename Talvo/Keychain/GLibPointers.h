@@ -1,0 +1,31 @@
+#pragma once
+
+#include <gio/gio.h>
+
+#include <memory>
+
+namespace Talvo {
+
+/// Frees what a C library handed over, with the library's own function.
+template <auto Function>
+struct FreedBy
+{
+    template <class T>
+    void operator()(T *pointer) const noexcept
+    {
+        Function(pointer);
+    }
+};
+
+/// Owns one reference to a GObject.
+template <class T>
+using GObjectPointer = std::unique_ptr<T, FreedBy<g_object_unref>>;
+
+/// Owns one reference to a value of a D-Bus message.
+using GVariantPointer = std::unique_ptr<GVariant, FreedBy<g_variant_unref>>;
+
+using GVariantIterPointer = std::unique_ptr<GVariantIter, FreedBy<g_variant_iter_free>>;
+
+using GErrorPointer = std::unique_ptr<GError, FreedBy<g_error_free>>;
+
+} // namespace Talvo

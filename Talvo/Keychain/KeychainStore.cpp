@@ -1,0 +1,98 @@
+#include "Keychain/KeychainStore.h"
+
+#include "Keychain/SecretBytes.h"
+
+#include <QStringDecoder>
+
+#include <utility>
+
+namespace Talvo {
+
+namespace {
+
+using KeychainError = KeychainStore::KeychainError;
+
+/// The text of UTF-8 bytes, a byte-order mark included. Throws invalidData for anything else.
+QString decodedUtf8(const QByteArray &bytes)
+{
+    // Stateless: a sequence that is cut off at the end is an error, too.
+    using Flag = QStringConverter::Flag;
+    QStringDecoder decoder(QStringConverter::Utf8, Flag::Stateless | Flag::ConvertInitialBom);
+    QString text = decoder.decode(bytes);
+    if (decoder.hasError()) {
+        throw KeychainError::invalidData();
+    }
+    return text;
+}
+
+void throwUnlessSuccess(KeychainStatus status)
+{
+    if (status != KeychainStatuses::success) {
+        throw KeychainError::unhandled(status);
+    }
+}
+
+} // namespace
+
+KeychainStore::KeychainError::KeychainError(Case errorCase, KeychainStatus status,
+                                            const QString &description)
+    : TypedError(description)
+    , m_case(errorCase)
+    , m_status(status)
+{
+}
+
+KeychainError KeychainError::unhandled(KeychainStatus status)
+{
+    return {Case::unhandled, status,
+            QStringLiteral("Anahtar zinciri işlemi başarısız oldu (%1).").arg(status)};
+}
+
+KeychainError KeychainError::invalidData()
+{
+    return {Case::invalidData, KeychainStatuses::success,
+            QStringLiteral("Kaydedilen API anahtarı okunamadı.")};
+}
+
+KeychainStore::KeychainStore(std::shared_ptr<KeychainItemOperations> operations, QString service,
+                             QString account)
+    : m_operations(std::move(operations))
+    , m_baseQuery{std::move(service), std::move(account)}
+{
+}
+
+std::optional<QString> KeychainStore::read() const
+{
+    KeychainItemOperations::Match match = m_operations->copyMatching(m_baseQuery);
+    if (match.status == KeychainStatuses::itemNotFound) {
+        return std::nullopt;
+    }
+    throwUnlessSuccess(match.status);
+    if (!match.data) {
+        throw KeychainError::invalidData();
+    }
+    const SecretBytes secret(*std::move(match.data));
+    return decodedUtf8(secret.bytes());
+}
+
+void KeychainStore::save(const QString &key) const
+{
+    const SecretBytes secret(key.toUtf8());
+    // Updating first replaces the data of the one item there may be: never are there two.
+    const KeychainStatus updated = m_operations->update(m_baseQuery, secret.bytes());
+    if (updated == KeychainStatuses::itemNotFound) {
+        throwUnlessSuccess(m_operations->add(m_baseQuery, secret.bytes()));
+        return;
+    }
+    throwUnlessSuccess(updated);
+}
+
+void KeychainStore::remove() const
+{
+    const KeychainStatus status = m_operations->remove(m_baseQuery);
+    if (status != KeychainStatuses::itemNotFound) {
+        throwUnlessSuccess(status);
+    }
+}
+
+} // namespace Talvo

@@ -1,0 +1,159 @@
+// The API with object paths is the documented one; the macro only says that it may still grow.
+#define SECRET_API_SUBJECT_TO_CHANGE
+#include <libsecret/secret.h>
+
+#include "Keychain/SecretServiceConnection.h"
+#include "Keychain/SecretServiceFailure.h"
+#include "Keychain/SecretServicePrompt.h"
+
+#include <memory>
+
+namespace Talvo {
+
+namespace {
+
+constexpr auto busName = "org.freedesktop.secrets";
+constexpr auto servicePath = "/org/freedesktop/secrets";
+constexpr auto serviceInterface = "org.freedesktop.Secret.Service";
+constexpr auto contentType = "text/plain";
+constexpr int withoutOwnTimeout = G_MAXINT; // the deadline bounds every call
+
+using SecretValuePointer = std::unique_ptr<SecretValue, FreedBy<secret_value_unref>>;
+
+} // namespace
+
+SecretServiceConnection::ThreadContext::ThreadContext()
+    : m_context(g_main_context_new())
+{
+    g_main_context_push_thread_default(m_context);
+}
+
+SecretServiceConnection::ThreadContext::~ThreadContext()
+{
+    while (g_main_context_iteration(m_context, FALSE) != 0) {
+        // What is left is the clean-up of subscriptions.
+    }
+    g_main_context_pop_thread_default(m_context);
+    g_main_context_unref(m_context);
+}
+
+SecretServiceConnection::SecretServiceConnection(const QByteArray &busAddress,
+                                                 const SecretServiceBounds &bounds)
+    : m_bounds(bounds)
+    , m_deadline(bounds.call)
+{
+    connectTo(busAddress);
+    openSession();
+}
+
+SecretServiceConnection::~SecretServiceConnection() = default;
+
+void SecretServiceConnection::connectTo(const QByteArray &busAddress)
+{
+    if (busAddress.isEmpty()) {
+        throw SecretServiceFailure{KeychainStatuses::notAvailable};
+    }
+    // Not the process's shared connection: that one ends the process when the bus goes away.
+    constexpr auto flags =
+        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+    m_connection.reset(g_dbus_connection_new_for_address_sync(
+        busAddress.constData(), flags, nullptr, m_deadline.cancellable(), nullptr));
+    if (!m_connection) {
+        // For whatever reason: without a bus there is no service.
+        throw SecretServiceFailure{KeychainStatuses::notAvailable};
+    }
+}
+
+void SecretServiceConnection::openSession()
+{
+    // libsecret's own constructors take the shared connection and, some, a cached service.
+    constexpr auto flags = static_cast<GDBusProxyFlags>(G_DBUS_PROXY_FLAGS_DO_NOT_LOAD_PROPERTIES |
+                                                        G_DBUS_PROXY_FLAGS_DO_NOT_CONNECT_SIGNALS);
+    GError *error = nullptr;
+    m_service.reset(static_cast<SecretService *>(g_initable_new(
+        SECRET_TYPE_SERVICE, m_deadline.cancellable(), &error, "g-flags", flags, "g-connection",
+        m_connection.get(), "g-name", busName, "g-object-path", servicePath, "g-interface-name",
+        serviceInterface, "flags", SECRET_SERVICE_NONE, nullptr)));
+    throwIfFailed(GErrorPointer(error));
+
+    const std::unique_ptr<char, FreedBy<g_free>> owner(
+        g_dbus_proxy_get_name_owner(G_DBUS_PROXY(m_service.get())));
+    if (!owner) {
+        throw SecretServiceFailure{KeychainStatuses::notAvailable};
+    }
+    m_owner = owner.get();
+
+    secret_service_ensure_session_sync(m_service.get(), m_deadline.cancellable(), &error);
+    throwIfFailed(GErrorPointer(error));
+}
+
+GVariantPointer SecretServiceConnection::call(const QByteArray &path, const QByteArray &interface,
+                                              const char *method, GVariant *parameters,
+                                              const char *replyType)
+{
+    GError *error = nullptr;
+    GVariantPointer reply(g_dbus_connection_call_sync(
+        m_connection.get(), m_owner.constData(), path.constData(),
+        QByteArray("org.freedesktop.Secret." + interface).constData(), method, parameters,
+        G_VARIANT_TYPE(replyType), G_DBUS_CALL_FLAGS_NONE, withoutOwnTimeout,
+        m_deadline.cancellable(), &error));
+    throwIfFailed(GErrorPointer(error));
+    return reply;
+}
+
+GVariantPointer SecretServiceConnection::perform(const QByteArray &promptPath)
+{
+    SecretServicePrompt prompt(m_connection.get(), m_owner, promptPath);
+    // No window identifier: there is none that both X11 and Wayland would understand.
+    const auto shown = call(promptPath, "Prompt", "Prompt", g_variant_new("(s)", ""), "()");
+
+    m_deadline.restart(m_bounds.prompt + m_bounds.call);
+    const SecretServicePrompt::Outcome outcome = prompt.wait(m_bounds.prompt);
+    m_deadline.restart(m_bounds.call);
+
+    switch (outcome) {
+    case SecretServicePrompt::Outcome::completed:
+        return prompt.takeResult();
+    case SecretServicePrompt::Outcome::dismissed:
+        throw SecretServiceFailure{KeychainStatuses::userCanceled};
+    case SecretServicePrompt::Outcome::serviceGone:
+        throw SecretServiceFailure{KeychainStatuses::notAvailable};
+    case SecretServicePrompt::Outcome::pending:
+        break;
+    }
+    // An answer given later must not unlock anything behind the user's back.
+    const auto dismissed = call(promptPath, "Prompt", "Dismiss", nullptr, "()");
+    throw SecretServiceFailure{KeychainStatuses::interactionNotAllowed};
+}
+
+GVariant *SecretServiceConnection::encoded(const QByteArray &secret) const
+{
+    // The value is a copy in memory that is locked and wiped.
+    const SecretValuePointer value(
+        secret_value_new(secret.constData(), secret.size(), contentType));
+    GVariant *const result = secret_service_encode_dbus_secret(m_service.get(), value.get());
+    if (result == nullptr) {
+        throw SecretServiceFailure{};
+    }
+    return result;
+}
+
+QByteArray SecretServiceConnection::decoded(GVariant *secret) const
+{
+    const SecretValuePointer value(secret_service_decode_dbus_secret(m_service.get(), secret));
+    if (!value) {
+        throw SecretServiceFailure{};
+    }
+    gsize size = 0;
+    const char *const bytes = secret_value_get(value.get(), &size);
+    // Never null: an item without data is not the same as no item.
+    return size == 0 ? QByteArrayLiteral("") : QByteArray(bytes, static_cast<qsizetype>(size));
+}
+
+const char *SecretServiceConnection::sessionPath() const
+{
+    return secret_service_get_session_dbus_path(m_service.get());
+}
+
+} // namespace Talvo

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Keychain/KeychainItemOperations.h"
+#include "Keychain/SecretServiceBounds.h"
+
+#include <QByteArray>
+
+namespace Talvo {
+
+/// The item operations on the freedesktop.org Secret Service (GNOME Keyring, KWallet, KeePassXC):
+/// an item is a secret with the attributes `service` and `account`, in the default collection.
+///
+/// Items that other programs made with these attributes are the same item, in whatever collection
+/// they are: reading takes the default collection's, then the first by path; updating and removing
+/// act on all of them, as their counterparts of the Security framework do.
+class SecretServiceItemOperations : public KeychainItemOperations
+{
+public:
+    /// @param busAddress a D-Bus address; empty stands for no bus
+    SecretServiceItemOperations(QByteArray busAddress, const SecretServiceBounds &bounds);
+
+    [[nodiscard]] Match copyMatching(const KeychainItemQuery &query) override;
+    [[nodiscard]] KeychainStatus add(const KeychainItemQuery &query,
+                                     const QByteArray &data) override;
+    [[nodiscard]] KeychainStatus update(const KeychainItemQuery &query,
+                                        const QByteArray &data) override;
+    [[nodiscard]] KeychainStatus remove(const KeychainItemQuery &query) override;
+
+private:
+    QByteArray m_busAddress;
+    SecretServiceBounds m_bounds;
+};
+
+} // namespace Talvo

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Keychain/GLibPointers.h"
+
+#include <QByteArray>
+
+#include <chrono>
+
+namespace Talvo {
+
+/// A dialog that the Secret Service shows to the user, e.g. to unlock a collection. It tells how it
+/// ended by a signal, which arrives in the thread's default main context.
+class SecretServicePrompt
+{
+public:
+    /// Listens for the end of the prompt `path` of the process `owner` (a unique bus name).
+    SecretServicePrompt(GDBusConnection *connection, const QByteArray &owner,
+                        const QByteArray &path);
+    ~SecretServicePrompt();
+    Q_DISABLE_COPY_MOVE(SecretServicePrompt)
+
+    enum class Outcome {
+        pending,
+        completed,
+        dismissed,
+        serviceGone,
+    };
+
+    /// Waits until the prompt has ended, no longer than `bound`: then it is still pending.
+    [[nodiscard]] Outcome wait(std::chrono::milliseconds bound);
+
+    /// What the completed prompt brought, its type depends on what it was for; else null.
+    [[nodiscard]] GVariantPointer takeResult() { return std::move(m_result); }
+
+private:
+    void end(Outcome outcome);
+    static void onCompleted(GDBusConnection *connection, const char *sender, const char *path,
+                            const char *interface, const char *signal, GVariant *parameters,
+                            gpointer prompt);
+    static void onOwnerChanged(GDBusConnection *connection, const char *sender, const char *path,
+                               const char *interface, const char *signal, GVariant *parameters,
+                               gpointer prompt);
+    static void onClosed(GDBusConnection *connection, gboolean remotePeerVanished, GError *error,
+                         gpointer prompt);
+
+    GDBusConnection *m_connection;
+    guint m_completedSubscription;
+    guint m_ownerSubscription;
+    gulong m_closedHandler;
+    Outcome m_outcome = Outcome::pending;
+    GVariantPointer m_result;
+};
+
+} // namespace Talvo

@@ -1,0 +1,112 @@
+import QtQuick
+import Talvo.Views
+
+/// The sheet in which the API key is entered, replaced or removed. It works on the keychain itself;
+/// the key is nowhere but in its field.
+ModalPanel {
+    id: sheet
+
+    required property keychainStore keychain
+
+    title: "Groq API Anahtarı"
+    showsTitle: false
+    width: 480
+    spacing: 18
+
+    KeySettings {
+        id: settings
+
+        keychain: sheet.keychain
+        Component.onCompleted: settings.load()
+    }
+
+    Row {
+        spacing: Theme.gap
+
+        Icon {
+            anchors.verticalCenter: parent.verticalCenter
+            width: 26
+            height: 26
+            name: "key-fill"
+            color: Theme.focus
+        }
+
+        Column {
+            spacing: 3
+
+            PlainLabel {
+                text: sheet.title
+                font: Theme.title2
+                Accessible.role: Accessible.Heading
+            }
+
+            PlainLabel {
+                text: "Anahtar yalnızca macOS Keychain’de saklanır."
+                color: Theme.secondary
+            }
+        }
+    }
+
+    SecretField {
+        width: parent.width
+        placeholderText: "gsk_…"
+        text: settings.apiKey
+        focus: true
+        onTextChanged: settings.apiKey = text
+        // Return neither saves nor closes here.
+        Keys.onReturnPressed: event => event.accepted = true
+        Keys.onEnterPressed: event => event.accepted = true
+    }
+
+    Row {
+        visible: settings.hasStatus
+        spacing: 8
+
+        Icon {
+            width: 18
+            height: 18
+            name: settings.isError ? "warning" : "check-circle"
+            color: statusLabel.color
+        }
+
+        PlainLabel {
+            id: statusLabel
+
+            width: sheet.availableWidth - 26
+            text: settings.statusMessage
+            color: settings.isError ? Theme.danger : Theme.success
+            wrapMode: Text.Wrap
+        }
+    }
+
+    Item {
+        width: parent.width
+        height: saveButton.height
+
+        PushButton {
+            text: "Anahtarı Sil"
+            destructive: true
+            enabled: settings.canDelete
+            onClicked: settings.remove()
+        }
+
+        Row {
+            anchors.right: parent.right
+            spacing: Theme.gap
+
+            PushButton {
+                text: "Vazgeç"
+                onClicked: sheet.close()
+            }
+
+            PushButton {
+                id: saveButton
+
+                text: "Kaydet"
+                prominent: true
+                enabled: settings.canSave
+                onClicked: settings.save()
+            }
+        }
+    }
+}

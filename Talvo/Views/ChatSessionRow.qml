@@ -1,0 +1,107 @@
+import QtQuick
+import QtQuick.Templates as T
+import Talvo.Views
+
+/// One conversation in the sidebar: its title, when it last changed, and its two buttons.
+T.ItemDelegate {
+    id: row
+
+    required property string title
+    required property string updatedText
+    required property bool isSelected
+    property bool showsFocus: false
+    property bool isRenaming: false
+    property string editedTitle
+
+    signal chosen
+    signal rename(newTitle: string)
+    signal deleteRequested
+
+    implicitHeight: texts.implicitHeight + 12
+    leftPadding: 10
+    rightPadding: 4
+    hoverEnabled: true
+    focusPolicy: Qt.NoFocus
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: row.title
+    Accessible.selectable: true
+    Accessible.selected: row.isSelected
+    Accessible.onPressAction: row.chosen()
+    onClicked: row.chosen()
+
+    contentItem: Item {
+        Column {
+            id: texts
+
+            anchors.verticalCenter: parent.verticalCenter
+            width: buttons.x - 8
+            spacing: 3
+
+            PlainLabel {
+                width: parent.width
+                text: row.title
+                maximumLineCount: 1
+                elide: Text.ElideRight
+            }
+
+            PlainLabel {
+                width: parent.width
+                text: row.updatedText
+                font: Theme.caption
+                color: Theme.textSoft
+                elide: Text.ElideRight
+            }
+        }
+
+        Row {
+            id: buttons
+
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            opacity: row.hovered || row.isSelected || renameButton.visualFocus || deleteButton.visualFocus ? 1 : 0.45
+
+            IconButton {
+                id: renameButton
+
+                iconName: "pencil"
+                iconSize: 16
+                label: "Sohbeti yeniden adlandır"
+                onClicked: {
+                    row.editedTitle = row.title;
+                    row.isRenaming = true;
+                }
+            }
+
+            IconButton {
+                id: deleteButton
+
+                iconName: "bin"
+                iconSize: 16
+                label: "Sohbeti sil"
+                iconColor: deleteButton.hovered ? Theme.danger : Theme.textSoft
+                onClicked: row.deleteRequested()
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.radiusSmall
+        color: row.isSelected ? Theme.accentSoft : row.hovered ? Theme.hover : "transparent"
+
+        FocusRing {
+            distance: 0
+            shown: row.showsFocus
+        }
+    }
+
+    OnDemandPanel {
+        wanted: row.isRenaming
+        sourceComponent: RenameDialog {
+            editedTitle: row.editedTitle
+            onTitleEdited: title => row.editedTitle = title
+            onSaved: row.rename(row.editedTitle)
+        }
+        onDismissed: row.isRenaming = false
+    }
+}

@@ -1,0 +1,118 @@
+import QtQuick
+import QtQuick.Templates as T
+import Talvo.Views
+
+/// One choice out of a list of texts.
+T.ComboBox {
+    id: control
+
+    /// What is chosen, for assistive technology.
+    required property string label
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: Math.max(Theme.controlHeight, implicitContentHeight + topPadding + bottomPadding)
+    leftPadding: 10
+    rightPadding: 30
+    topPadding: 5
+    bottomPadding: 5
+    font: Theme.body
+    hoverEnabled: true
+    opacity: control.enabled ? 1 : 0.5
+
+    Accessible.name: control.label
+    Accessible.onPressAction: if (control.enabled)
+        control.popup.open()
+    Keys.onReturnPressed: event => control.popup.opened ? event.accepted = false : control.popup.open()
+    Keys.onEnterPressed: event => control.popup.opened ? event.accepted = false : control.popup.open()
+
+    contentItem: PlainLabel {
+        text: control.displayText
+        font: control.font
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+    }
+
+    indicator: Icon {
+        x: control.width - width - 8
+        y: (control.height - height) / 2
+        width: 16
+        height: 16
+        name: "chevron-down"
+        color: Theme.textSoft
+    }
+
+    delegate: ChoiceEntry {
+        required property string modelData
+        required property int index
+
+        width: ListView.view ? ListView.view.width : implicitWidth
+        text: modelData
+        chosen: ListView.view ? (ListView.view as ChoiceList).chosenIndex === index : false
+        highlighted: ListView.isCurrentItem
+    }
+
+    background: Rectangle {
+        radius: Theme.radiusSmall
+        color: Theme.field
+        border.color: Theme.fieldEdge
+
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            color: control.pressed ? Theme.pressed : Theme.hover
+            opacity: control.enabled && (control.pressed || control.hovered) ? 1 : 0
+
+            Behavior on opacity  {
+                NumberAnimation {
+                    duration: Theme.quick
+                }
+            }
+        }
+
+        FocusRing {
+            distance: 1
+            shown: control.visualFocus
+        }
+    }
+
+    popup: T.Popup {
+        y: control.height + 4
+        width: Math.max(control.width, 220)
+        implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+        padding: 5
+        margins: 8
+
+        contentItem: ChoiceList {
+            model: control.delegateModel
+            currentIndex: control.highlightedIndex
+            chosenIndex: control.currentIndex
+        }
+
+        background: Rectangle {
+            radius: Theme.radiusSmall + 2
+            color: Theme.raised
+            border.color: Theme.separator
+
+            Shadow {
+                radius: parent.radius
+                depth: 0.6
+            }
+        }
+
+        enter: Transition {
+            NumberAnimation {
+                property: "opacity"
+                from: 0
+                to: 1
+                duration: Theme.quick
+            }
+        }
+        exit: Transition {
+            NumberAnimation {
+                property: "opacity"
+                to: 0
+                duration: Theme.quick
+            }
+        }
+    }
+}

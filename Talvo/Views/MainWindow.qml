@@ -1,0 +1,24 @@
+import QtQuick
+import Talvo.Views
+
+/// The one window of the application.
+Window {
+    id: window
+
+    required property ChatModel model
+    required property keychainStore keychain
+
+    width: Math.min(980, Screen.desktopAvailableWidth)
+    height: Math.min(700, Screen.desktopAvailableHeight)
+    minimumWidth: Math.min(760, Screen.desktopAvailableWidth)
+    minimumHeight: Math.min(520, Screen.desktopAvailableHeight)
+    title: window.model.hasSelection ? "Talvo Sohbet" : "Talvo"
+    color: Theme.window
+    visible: true
+
+    ContentView {
+        anchors.fill: parent
+        model: window.model
+        keychain: window.keychain
+    }
+}

@@ -1,0 +1,131 @@
+import QtQuick
+import QtQuick.Templates as T
+import Talvo.Views
+
+/// Where the user writes: a text that grows up to six lines, and the send button.
+FocusScope {
+    id: composer
+
+    required property string draft
+    required property bool canSend
+    required property bool isSending
+
+    signal draftEdited(text: string)
+    signal send
+    /// The page keys scroll the conversation.
+    signal pageRequested(pages: int)
+
+    readonly property int maximumLines: 6
+    readonly property real lineHeight: Math.ceil(metrics.height)
+
+    function takeFocus(): void {
+        textArea.forceActiveFocus();
+    }
+
+    implicitHeight: Math.max(field.height, sendButton.height) + 2 * 16
+
+    FontMetrics {
+        id: metrics
+
+        font: textArea.font
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.bar
+    }
+
+    Flickable {
+        id: field
+
+        anchors.left: parent.left
+        anchors.leftMargin: 16
+        anchors.right: sendButton.left
+        anchors.rightMargin: 12
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 16 + Math.max(0, (sendButton.height - composer.lineHeight - textArea.topPadding - textArea.bottomPadding) / 2)
+        height: Math.min(textArea.contentHeight, composer.maximumLines * composer.lineHeight) + textArea.topPadding + textArea.bottomPadding
+        contentWidth: width
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        T.ScrollBar.vertical: ScrollBarV {
+        }
+
+        T.TextArea.flickable: T.TextArea {
+            id: textArea
+
+            focus: true
+            enabled: !composer.isSending
+            text: composer.draft
+            textFormat: TextEdit.PlainText
+            wrapMode: TextEdit.Wrap
+            font: Theme.body
+            color: Theme.text
+            selectionColor: Theme.selection
+            selectedTextColor: Theme.selectedText
+            selectByMouse: true
+            placeholderText: "Mesajını yaz…"
+            topPadding: 2
+            bottomPadding: 2
+
+            Accessible.name: textArea.placeholderText
+            Accessible.multiLine: true
+            onTextChanged: if (textArea.text !== composer.draft)
+                composer.draftEdited(textArea.text)
+            // A disabled item gives up the focus; it is wanted back after the send.
+            onEnabledChanged: if (textArea.enabled)
+                composer.takeFocus()
+            onPressed: event => {
+                if (event.button === Qt.RightButton)
+                    menu.openFor(textArea);
+            }
+            Keys.onPressed: event => composer.handleKey(event)
+
+            Text {
+                x: textArea.leftPadding
+                y: textArea.topPadding
+                visible: textArea.length === 0 && textArea.preeditText === ""
+                text: textArea.placeholderText
+                textFormat: Text.PlainText
+                font: textArea.font
+                color: Theme.textFaint
+            }
+
+            TextMenuLoader {
+                id: menu
+            }
+        }
+    }
+
+    function handleKey(event: KeyEvent): void {
+        const isReturn = event.key === Qt.Key_Return || event.key === Qt.Key_Enter;
+        if (isReturn && event.modifiers & Qt.ControlModifier)
+            sendButton.clicked();
+        else if (isReturn && !(event.modifiers & Qt.ShiftModifier))
+            composer.send();
+        else if (event.key === Qt.Key_PageUp)
+            composer.pageRequested(-1);
+        else if (event.key === Qt.Key_PageDown)
+            composer.pageRequested(1);
+        else
+            return;
+        event.accepted = true;
+    }
+
+    IconButton {
+        id: sendButton
+
+        anchors.right: parent.right
+        anchors.rightMargin: 16
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 16
+        width: 32
+        height: 32
+        iconName: "arrow-up"
+        label: "Mesajı gönder"
+        prominent: true
+        enabled: composer.canSend
+        onClicked: if (composer.canSend)
+            composer.send()
+    }
+}

@@ -1,0 +1,91 @@
+import QtQuick
+import QtQuick.Templates as T
+import Talvo.Views
+
+/// The scrolling messages of a conversation. Follows the end when a message comes or the thinking
+/// row appears or goes, and stays where it is otherwise.
+Flickable {
+    id: list
+
+    required property MessageListModel messages
+    required property bool isSending
+
+    /// From here to the end of the content goes the follow animation.
+    property real followStart: 0
+    property real followProgress: 1
+    readonly property real endContentY: Math.max(column.originY, column.endY - list.height)
+
+    function scrollToEnd(): void {
+        follow.stop();
+        column.forceLayout();
+        // A long way is not flown over row by row: only its last half window.
+        if (list.endContentY - list.contentY > 2 * list.height) {
+            list.contentY = list.endContentY - list.height / 2;
+            column.forceLayout();
+        }
+        list.followStart = list.contentY;
+        column.isFollowing = true;
+        follow.start();
+    }
+
+    function scrollByPages(pages: int): void {
+        const wanted = list.contentY + pages * (list.height - 40);
+        list.cancelFlick();
+        list.contentY = Math.max(column.originY, Math.min(wanted, list.endContentY));
+    }
+
+    clip: true
+    contentWidth: width
+    contentHeight: column.endY
+    topMargin: -column.originY
+    boundsBehavior: Flickable.StopAtBounds
+    flickableDirection: Flickable.VerticalFlick
+    onIsSendingChanged: list.scrollToEnd()
+    onFollowProgressChanged: if (column.isFollowing)
+        list.contentY = list.followStart + (list.endContentY - list.followStart) * list.followProgress
+    onMovementStarted: follow.stop()
+
+    NumberAnimation {
+        id: follow
+
+        target: list
+        property: "followProgress"
+        from: 0
+        to: 1
+        duration: Theme.duration * 1.4
+        easing.type: Easing.OutCubic
+        onStopped: column.isFollowing = false
+    }
+
+    T.ScrollBar.vertical: ScrollBarV {
+        // The Flickable's own idea of the extent knows nothing of where the content begins.
+        size: list.height / Math.max(1, column.endY - column.originY)
+        position: (list.contentY - column.originY) / Math.max(1, column.endY - column.originY)
+        onPositionChanged: if (pressed)
+            list.contentY = column.originY + position * (column.endY - column.originY)
+    }
+
+    MessageColumn {
+        id: column
+
+        width: list.width
+        height: Math.max(0, endY - originY)
+        spacing: 14
+        padding: 24
+        model: list.messages
+        viewportY: list.contentY
+        viewportHeight: list.height
+        onViewportRequested: y => list.contentY = y
+        onContentAppended: list.scrollToEnd()
+        onContentReplaced: follow.stop()
+
+        userDelegate: UserMessageRow {
+        }
+        assistantDelegate: AssistantMessageRow {
+        }
+        footer: ThinkingRow {
+            visible: list.isSending
+            width: column.width
+        }
+    }
+}

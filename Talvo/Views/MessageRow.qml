@@ -1,0 +1,41 @@
+import QtQuick
+import Talvo.Views
+
+/// One message: an avatar at its writer's side and a bubble that keeps clear of the other side.
+Item {
+    id: row
+
+    /// The message's text, for the view in the bubble.
+    required property string content
+    required property bool isAssistant
+    /// How wide the bubble's content would like to be.
+    required property real contentImplicitWidth
+    required property real contentImplicitHeight
+    default property alias bubbleContent: bubble.data
+
+    readonly property int horizontalPadding: 14
+    readonly property int verticalPadding: 11
+    readonly property int columnWidth: Math.min(row.width - 2 * 24, 860)
+    readonly property int columnX: Math.round((row.width - row.columnWidth) / 2)
+    /// The widest that the bubble's content may become: avatar, two gaps and 80 of free space go off.
+    readonly property int maximumContentWidth: row.columnWidth - avatar.width - 2 * 12 - 80 - 2 * row.horizontalPadding
+
+    height: Math.max(bubble.height, avatar.height)
+
+    Avatar {
+        id: avatar
+
+        x: row.isAssistant ? row.columnX : row.columnX + row.columnWidth - width
+        isAssistant: row.isAssistant
+    }
+
+    Rectangle {
+        id: bubble
+
+        x: row.isAssistant ? avatar.x + avatar.width + 12 : avatar.x - 12 - width
+        width: Math.min(Math.ceil(row.contentImplicitWidth), row.maximumContentWidth) + 2 * row.horizontalPadding
+        height: Math.ceil(row.contentImplicitHeight) + 2 * row.verticalPadding
+        radius: Theme.radius
+        color: row.isAssistant ? Theme.bubbleBot : Theme.bubbleUser
+    }
+}

@@ -1,0 +1,92 @@
+import QtQuick
+import QtQuick.Templates as T
+import Talvo.Views
+
+/// A panel over the dimmed window that has to be answered first: alert, dialog or sheet.
+///
+/// Escape rejects it, Return clicks `defaultButton`. Opening moves the focus to the child with
+/// `focus: true`, closing gives it back to where it was.
+T.Dialog {
+    id: panel
+
+    /// Clicked by Return and Enter unless the focused control takes them.
+    property T.AbstractButton defaultButton: null
+    property bool showsTitle: true
+
+    function answer(): void {
+        if (panel.defaultButton && panel.defaultButton.enabled)
+            panel.defaultButton.clicked();
+    }
+
+    parent: T.Overlay.overlay
+    anchors.centerIn: parent
+    modal: true
+    focus: true
+    closePolicy: T.Popup.CloseOnEscape
+    margins: 12
+    padding: Theme.gapLarge
+    topPadding: header && header.visible ? 0 : padding
+    implicitWidth: 400
+    spacing: Theme.gap
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding + (header && header.visible ? implicitHeaderHeight + spacing : 0)
+
+    T.Overlay.modal: Rectangle {
+        color: Theme.dim
+
+        Behavior on opacity  {
+            NumberAnimation {
+                duration: Theme.duration
+            }
+        }
+    }
+
+    header: PlainLabel {
+        visible: panel.showsTitle
+        text: panel.title
+        font: Theme.headline
+        wrapMode: Text.Wrap
+        leftPadding: panel.leftPadding
+        rightPadding: panel.rightPadding
+        topPadding: panel.bottomPadding
+        Accessible.role: Accessible.Heading
+    }
+
+    contentItem: Column {
+        spacing: panel.spacing
+        Keys.onReturnPressed: panel.answer()
+        Keys.onEnterPressed: panel.answer()
+    }
+
+    background: Rectangle {
+        radius: Theme.radius
+        color: Theme.raised
+        border.color: Theme.separator
+
+        Shadow {
+        }
+    }
+
+    enter: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: Theme.duration
+            easing.type: Easing.OutCubic
+        }
+        NumberAnimation {
+            property: "scale"
+            from: 0.97
+            to: 1
+            duration: Theme.duration
+            easing.type: Easing.OutCubic
+        }
+    }
+    exit: Transition {
+        NumberAnimation {
+            property: "opacity"
+            to: 0
+            duration: Theme.quick
+        }
+    }
+}

@@ -1,0 +1,56 @@
+import QtQuick
+import Talvo.Views
+
+/// Asks for a conversation's new title.
+ModalPanel {
+    id: dialog
+
+    required property string editedTitle
+
+    signal titleEdited(title: string)
+    signal saved
+
+    title: "Sohbeti Yeniden Adlandır"
+    defaultButton: saveButton
+    onOpened: {
+        titleField.forceActiveFocus();
+        titleField.selectAll();
+    }
+
+    Field {
+        id: titleField
+
+        width: parent.width
+        placeholderText: "Sohbet adı"
+        text: dialog.editedTitle
+        focus: true
+        onTextChanged: dialog.titleEdited(text)
+    }
+
+    Item {
+        width: parent.width
+        height: saveButton.height + Theme.gapSmall
+
+        Row {
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            spacing: Theme.gap
+
+            PushButton {
+                text: "Vazgeç"
+                onClicked: dialog.close()
+            }
+
+            PushButton {
+                id: saveButton
+
+                text: "Kaydet"
+                prominent: true
+                onClicked: {
+                    dialog.saved();
+                    dialog.close();
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,32 @@
+import QtQuick
+import QtQuick.Templates as T
+import Talvo.Views
+
+/// A slim scroll bar that widens under the pointer; shown while there is something to scroll.
+T.ScrollBar {
+    id: control
+
+    readonly property bool used: control.hovered || control.pressed
+
+    implicitWidth: control.vertical ? 12 : implicitContentWidth
+    implicitHeight: control.vertical ? implicitContentHeight : 12
+    padding: 3
+    minimumSize: 0.06
+    orientation: Qt.Vertical
+    hoverEnabled: true
+    visible: control.size < 1
+
+    contentItem: Rectangle {
+        implicitWidth: 6
+        implicitHeight: 6
+        radius: 3
+        color: Theme.scrollbar
+        opacity: control.used ? 1 : control.active ? 0.75 : 0.5
+
+        Behavior on opacity  {
+            NumberAnimation {
+                duration: Theme.duration
+            }
+        }
+    }
+}

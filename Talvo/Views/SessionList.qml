@@ -1,0 +1,57 @@
+import QtQuick
+import QtQuick.Templates as T
+import Talvo.Views
+
+/// The scrolling list of conversations; the arrow keys walk through it.
+ListView {
+    id: list
+
+    required property SessionListModel sessions
+
+    signal chatSelected(id: var)
+    signal renameChat(id: var, title: string)
+    signal deleteChat(id: var)
+
+    function selectRow(row: int): void {
+        if (row >= 0 && row < list.count)
+            list.chatSelected(list.sessions.sessionIdAt(row));
+    }
+
+    model: list.sessions
+    currentIndex: list.sessions.selectedRow
+    activeFocusOnTab: true
+    boundsBehavior: Flickable.StopAtBounds
+    keyNavigationEnabled: false
+    highlightFollowsCurrentItem: true
+    highlightMoveDuration: 0
+    clip: true
+    reuseItems: false
+
+    Accessible.role: Accessible.List
+    Accessible.name: "Sohbetler"
+    Keys.onUpPressed: list.selectRow(list.currentIndex - 1)
+    Keys.onDownPressed: list.selectRow(list.currentIndex + 1)
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Home)
+            list.selectRow(0);
+        else if (event.key === Qt.Key_End)
+            list.selectRow(list.count - 1);
+        else
+            return;
+        event.accepted = true;
+    }
+
+    T.ScrollBar.vertical: ScrollBarV {
+    }
+
+    delegate: ChatSessionRow {
+        required property var sessionId
+
+        x: Theme.gap
+        width: list.width - 2 * Theme.gap
+        showsFocus: list.activeFocus && isSelected
+        onChosen: list.chatSelected(sessionId)
+        onRename: newTitle => list.renameChat(sessionId, newTitle)
+        onDeleteRequested: list.deleteChat(sessionId)
+    }
+}

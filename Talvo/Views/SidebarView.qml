@@ -1,0 +1,106 @@
+import QtQuick
+import QtQuick.Templates as T
+import Talvo.Views
+
+/// The left column: the conversations, the model choice and the way to the settings.
+FocusScope {
+    id: sidebar
+
+    required property SessionListModel sessions
+    required property string selectedModel
+    required property list<string> models
+
+    signal newChat
+    signal chatSelected(id: var)
+    signal renameChat(id: var, title: string)
+    signal deleteChat(id: var)
+    signal modelSelected(name: string)
+    signal showSettings
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.sidebar
+    }
+
+    PlainLabel {
+        id: nameLabel
+
+        x: Theme.gap + 8
+        y: Theme.gap + 4
+        text: "Talvo"
+        font: Theme.title2
+        Accessible.role: Accessible.Heading
+    }
+
+    SectionLabel {
+        id: chatsLabel
+
+        anchors.top: nameLabel.bottom
+        anchors.topMargin: Theme.gap
+        x: nameLabel.x
+        text: "Sohbetler"
+    }
+
+    SidebarButton {
+        id: newChatButton
+
+        anchors.top: chatsLabel.bottom
+        anchors.topMargin: 4
+        x: Theme.gap
+        width: sidebar.width - 2 * Theme.gap
+        text: "Yeni Sohbet"
+        iconName: "square-pencil"
+        onClicked: sidebar.newChat()
+    }
+
+    SessionList {
+        id: list
+
+        anchors.top: newChatButton.bottom
+        anchors.topMargin: 2
+        anchors.bottom: modelLabel.top
+        anchors.bottomMargin: Theme.gap
+        width: sidebar.width
+        focus: true
+        sessions: sidebar.sessions
+        onChatSelected: id => sidebar.chatSelected(id)
+        onRenameChat: (id, title) => sidebar.renameChat(id, title)
+        onDeleteChat: id => sidebar.deleteChat(id)
+    }
+
+    SectionLabel {
+        id: modelLabel
+
+        anchors.bottom: modelChoice.top
+        anchors.bottomMargin: 4
+        x: nameLabel.x
+        text: "Model"
+    }
+
+    Choice {
+        id: modelChoice
+
+        anchors.bottom: settingsButton.top
+        anchors.bottomMargin: Theme.gapSmall
+        x: Theme.gap
+        width: sidebar.width - 2 * Theme.gap
+        label: "Groq modeli"
+        model: sidebar.models
+        // A model that is not on offer any more is shown all the same.
+        currentIndex: sidebar.models.indexOf(sidebar.selectedModel)
+        displayText: sidebar.selectedModel
+        onActivated: index => sidebar.modelSelected(sidebar.models[index])
+    }
+
+    SidebarButton {
+        id: settingsButton
+
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: Theme.gap
+        x: Theme.gap
+        width: sidebar.width - 2 * Theme.gap
+        text: "API Ayarları"
+        iconName: "key"
+        onClicked: sidebar.showSettings()
+    }
+}

@@ -1,0 +1,60 @@
+import QtQuick
+import QtQuick.Templates as T
+import Talvo.Views
+
+/// Cut, copy, paste and select all for a TextInput or a TextEdit.
+T.Menu {
+    id: menu
+
+    /// A TextInput or TextEdit.
+    required property var target
+    readonly property bool selected: menu.target.selectionStart !== menu.target.selectionEnd
+
+    width: 190
+    padding: 5
+    margins: 6
+
+    TextMenuItem {
+        text: qsTr("Kes")
+        visible: !menu.target.readOnly
+        enabled: menu.selected && menu.target.echoMode !== TextInput.Password
+        onTriggered: menu.target.cut()
+    }
+
+    TextMenuItem {
+        text: qsTr("Kopyala")
+        enabled: menu.selected && menu.target.echoMode !== TextInput.Password
+        onTriggered: menu.target.copy()
+    }
+
+    TextMenuItem {
+        text: qsTr("Yapıştır")
+        visible: !menu.target.readOnly
+        enabled: menu.target.canPaste === true
+        onTriggered: menu.target.paste()
+    }
+
+    TextMenuItem {
+        text: qsTr("Tümünü Seç")
+        enabled: menu.target.length > 0
+        onTriggered: menu.target.selectAll()
+    }
+
+    contentItem: ListView {
+        implicitHeight: contentHeight
+        model: menu.contentModel
+        interactive: false
+        currentIndex: menu.currentIndex
+    }
+
+    background: Rectangle {
+        radius: Theme.radiusSmall + 2
+        color: Theme.raised
+        border.color: Theme.separator
+
+        Shadow {
+            radius: parent.radius
+            depth: 0.6
+        }
+    }
+}

@@ -1,0 +1,18 @@
+import QtQuick
+import Talvo.Views
+
+/// Makes the context menu of a text when it is first asked for: most texts never need theirs.
+Loader {
+    id: loader
+
+    /// Opens the menu at the pointer's place in `text`, any TextInput or TextEdit.
+    function openFor(text: Item): void {
+        if (status === Loader.Null)
+            setSource("TextMenu.qml", {
+                    "target": text
+                });
+        (loader.item as TextMenu).popup();
+    }
+
+    visible: false
+}

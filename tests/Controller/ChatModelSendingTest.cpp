@@ -1,0 +1,310 @@
+#include "Controller/ControllerFixture.h"
+
+#include <QSignalSpy>
+
+using namespace Talvo;
+using namespace Talvo::Testing;
+
+namespace {
+
+class ChatModelSending : public ControllerTest
+{
+protected:
+    ChatModelSending()
+    {
+        load();
+        storeKey(QStringLiteral("gsk_anahtar"));
+    }
+
+    /// The states of a send as seen from outside: isSending, isAwaitingResponse.
+    void expectFlags(bool isSending, bool isAwaitingResponse)
+    {
+        EXPECT_EQ(model->isSending(), isSending);
+        EXPECT_EQ(model->isAwaitingResponse(), isAwaitingResponse);
+    }
+};
+
+const auto base = QStringLiteral("Adın Talvo. Yardımcı bir yapay zeka asistanısın. Kullanıcıya "
+                                 "açık, doğru ve doğal Türkçe ile yanıt ver.");
+const auto greeting = QStringLiteral("Merhaba! Ben Talvo. Sana bugün nasıl yardımcı olabilirim?");
+
+} // namespace
+
+TEST_F(ChatModelSending, goesThroughItsPhasesInOrder)
+{
+    files->hold();
+    model->setDraft(QStringLiteral("  selam\n"));
+    model->startSending();
+    ASSERT_TRUE(waitUntil([&] { return files->waiting() == 1; }));
+    // The message is recorded and its save runs: no flag is up yet, nothing is on the wire.
+    EXPECT_TRUE(model->draft().isEmpty());
+    EXPECT_EQ(QString::fromUtf8(model->selectedMessages().back().content), QStringLiteral("selam"));
+    expectFlags(false, false);
+    EXPECT_EQ(network->count(), 0U);
+
+    files->releaseOne();
+    ScriptedReply *chat = request(0);
+    expectFlags(true, true);
+    EXPECT_EQ(saved().sessions[0].messages.size(), 2U);
+
+    answer(chat, QStringLiteral("yanıt"));
+    ASSERT_TRUE(waitUntil([&] { return model->selectedMessages().size() == 3; }));
+    expectFlags(true, false);
+    files->releaseOne();
+    ScriptedReply *title = request(1);
+    expectFlags(true, false);
+    EXPECT_EQ(saved().sessions[0].messages.size(), 3U);
+
+    title->fail(QNetworkReply::ConnectionRefusedError);
+    ScriptedReply *memory = request(2);
+    expectFlags(true, false);
+    memory->fail(QNetworkReply::ConnectionRefusedError);
+    waitUntilIdle();
+    expectFlags(false, false);
+    EXPECT_FALSE(model->errorMessage());
+    EXPECT_EQ(network->count(), 3U);
+}
+
+TEST_F(ChatModelSending, theFirstRequestHoldsPromptGreetingAndMessage)
+{
+    beginSend(QStringLiteral("Nasılsın?"));
+    EXPECT_EQ(messagesOf(request(0)),
+              (std::vector<SentMessage>{
+                  {QStringLiteral("system"), base},
+                  {QStringLiteral("assistant"), greeting},
+                  {QStringLiteral("user"), QStringLiteral("Nasılsın?")}}));
+    EXPECT_EQ(modelOf(request(0)), QStringLiteral("llama-3.3-70b-versatile"));
+    EXPECT_EQ(request(0)->request().rawHeader("Authorization"), "Bearer gsk_anahtar");
+}
+
+TEST_F(ChatModelSending, aBlankDraftDoesNothing)
+{
+    model->setDraft(QStringLiteral(" \n "));
+    model->setErrorMessage(QStringLiteral("eski hata"));
+    model->startSending();
+    settle();
+    EXPECT_EQ(model->draft(), QStringLiteral(" \n "));
+    EXPECT_EQ(model->errorMessage(), QStringLiteral("eski hata"));
+    EXPECT_EQ(saveCount(), 1U);
+}
+
+TEST_F(ChatModelSending, withoutASelectionNothingHappens)
+{
+    model->deleteChat(model->sessions()[0].id);
+    model->setDraft(QStringLiteral("selam"));
+    model->startSending();
+    settle();
+    EXPECT_EQ(model->draft(), QStringLiteral("selam"));
+    EXPECT_EQ(network->count(), 0U);
+}
+
+TEST_F(ChatModelSending, withoutAKeyTheDraftIsKept)
+{
+    for (const bool isKeyEmpty : {false, true}) {
+        KeychainStore(items).remove();
+        if (isKeyEmpty) {
+            storeKey({});
+        }
+        model->clearErrorMessage();
+        model->setDraft(QStringLiteral(" selam "));
+        model->startSending();
+        ASSERT_TRUE(waitUntil([&] { return model->errorMessage().has_value(); }));
+        EXPECT_EQ(model->errorMessage(),
+                  QStringLiteral("Önce Ayarlar’dan Groq API anahtarını kaydet."));
+        EXPECT_EQ(model->draft(), QStringLiteral(" selam "));
+        EXPECT_EQ(model->selectedMessages().size(), 1U);
+        expectFlags(false, false);
+    }
+}
+
+TEST_F(ChatModelSending, aFailingKeychainIsReportedAndTheDraftKept)
+{
+    items->script(InMemoryItemOperations::Operation::copyMatching,
+                  KeychainStatuses::interactionNotAllowed);
+    model->setDraft(QStringLiteral("selam"));
+    model->startSending();
+    ASSERT_TRUE(waitUntil([&] { return model->errorMessage().has_value(); }));
+    EXPECT_EQ(model->errorMessage(),
+              QStringLiteral("Anahtar zinciri işlemi başarısız oldu (-25308)."));
+    EXPECT_EQ(model->draft(), QStringLiteral("selam"));
+}
+
+TEST_F(ChatModelSending, aNewSendClearsTheOldErrorBeforeTheKeyIsRead)
+{
+    items->closeGate();
+    model->setErrorMessage(QStringLiteral("eski"));
+    model->setDraft(QStringLiteral("selam"));
+    model->startSending();
+    EXPECT_FALSE(model->errorMessage());
+    items->openGate();
+    request(0);
+}
+
+TEST_F(ChatModelSending, whatIsTypedWhileTheKeyIsReadStays)
+{
+    items->closeGate();
+    model->setDraft(QStringLiteral("selam"));
+    model->startSending();
+    model->startSending();
+    model->setDraft(QStringLiteral("selam daha var"));
+    items->openGate();
+    EXPECT_EQ(messagesOf(request(0)).back().content, QStringLiteral("selam"));
+    EXPECT_EQ(model->draft(), QStringLiteral(" daha var"));
+    EXPECT_EQ(network->count(), 1U);
+}
+
+TEST_F(ChatModelSending, aConversationDeletedWhileTheKeyIsReadKeepsTheDraft)
+{
+    model->newChat();
+    const QUuid target = *model->selectedChatID();
+    items->closeGate();
+    model->setDraft(QStringLiteral("selam"));
+    model->startSending();
+    model->deleteChat(target);
+    model->setDraft(QStringLiteral("selam"));
+    items->openGate();
+    settle();
+    settle();
+    EXPECT_EQ(model->draft(), QStringLiteral("selam"));
+    EXPECT_EQ(network->count(), 0U);
+}
+
+TEST_F(ChatModelSending, aSessionGoneAfterTheFirstSaveEndsTheSendSilently)
+{
+    files->hold();
+    model->setDraft(QStringLiteral("selam"));
+    model->startSending();
+    ASSERT_TRUE(waitUntil([&] { return files->waiting() == 1; }));
+    model->deleteChat(*model->selectedChatID());
+    files->release();
+    waitForSaves(3);
+    EXPECT_EQ(network->count(), 0U);
+    EXPECT_FALSE(model->errorMessage());
+    expectFlags(false, false);
+}
+
+TEST_F(ChatModelSending, aFailureKeepsTheMessageAndClearsTheFlags)
+{
+    model->newChat();
+    const QUuid older = model->sessions()[1].id;
+    model->selectChat(older);
+    waitForSaves(3);
+    beginSend(QStringLiteral("selam"));
+    request(0)->answer(401, R"({"error":{"message":"anahtar geçersiz"}})");
+    waitUntilIdle();
+    expectFlags(false, false);
+    EXPECT_EQ(model->errorMessage(), QStringLiteral("anahtar geçersiz"));
+    EXPECT_EQ(model->sessions()[0].id, older);
+    EXPECT_EQ(QString::fromUtf8(model->selectedMessages().back().content), QStringLiteral("selam"));
+    EXPECT_EQ(saveCount(), 4U);
+    EXPECT_EQ(network->count(), 1U);
+}
+
+TEST_F(ChatModelSending, theFlagsAreDownWhenTheErrorShows)
+{
+    beginSend(QStringLiteral("selam"));
+    bool wasSending = true;
+    QObject::connect(model.get(), &ChatModel::errorMessageChanged, model.get(),
+                     [&] { wasSending = model->isSending() || model->isAwaitingResponse(); });
+    request(0)->fail(QNetworkReply::HostNotFoundError);
+    waitUntilIdle();
+    EXPECT_FALSE(wasSending);
+}
+
+TEST_F(ChatModelSending, theReplyIsKeptExactlyAndMovesTheSessionUp)
+{
+    model->newChat();
+    const QUuid older = model->sessions()[1].id;
+    model->selectChat(older);
+    beginSend(QStringLiteral("selam"));
+    const Instant before = Instant::now();
+    answer(request(0), QStringLiteral("  **yanıt** \n"));
+    request(1);
+    EXPECT_EQ(model->sessions()[0].id, older);
+    EXPECT_GE(model->sessions()[0].updatedAt, before);
+    EXPECT_EQ(QString::fromUtf8(model->selectedMessages().back().content),
+              QStringLiteral("  **yanıt** \n"));
+}
+
+TEST_F(ChatModelSending, sessionOperationsAreRefusedWhileSendingButNotRename)
+{
+    model->newChat();
+    waitForSaves(2);
+    const QUuid other = model->sessions()[1].id;
+    const QUuid target = *model->selectedChatID();
+    beginSend(QStringLiteral("selam"));
+    const auto before = model->sessions();
+    model->newChat();
+    model->selectChat(other);
+    model->deleteChat(other);
+    EXPECT_EQ(model->sessions(), before);
+    EXPECT_EQ(model->selectedChatID(), target);
+    model->setDraft(QStringLiteral("başka"));
+    EXPECT_FALSE(model->canSend());
+    model->startSending();
+    settle();
+    EXPECT_EQ(network->count(), 1U);
+    model->renameChat(other, QStringLiteral("Yeni ad"));
+    EXPECT_EQ(model->sessions()[1].title, QStringLiteral("Yeni ad"));
+}
+
+TEST_F(ChatModelSending, theModelChosenMeanwhileIsForTheNextRequest)
+{
+    beginSend(QStringLiteral("selam"));
+    model->selectModel(QStringLiteral("openai/gpt-oss-120b"));
+    EXPECT_EQ(modelOf(request(0)), QStringLiteral("llama-3.3-70b-versatile"));
+    answer(request(0), QStringLiteral("yanıt"));
+    EXPECT_EQ(modelOf(request(1)), QStringLiteral("openai/gpt-oss-120b"));
+}
+
+TEST_F(ChatModelSending, aFailedSaveDoesNotStopTheSend)
+{
+    files->breakWriting(PlatformFailure::archiveNotWritable);
+    beginSend(QStringLiteral("selam"));
+    EXPECT_EQ(model->errorMessage(), platformFailureText(PlatformFailure::archiveNotWritable));
+    answer(request(0), QStringLiteral("yanıt"));
+    request(1);
+    EXPECT_EQ(model->selectedMessages().size(), 3U);
+}
+
+TEST_F(ChatModelSending, theModelMayGoInEveryPhase)
+{
+    enum Phase { keyRead, firstSave, reply, secondSave, title, memory };
+    for (const Phase phase : {keyRead, firstSave, reply, secondSave, title, memory}) {
+        makeModel();
+        const std::size_t first = network->count();
+        if (phase == keyRead) {
+            items->closeGate();
+        } else if (phase == firstSave) {
+            files->hold();
+        }
+        model->setDraft(QStringLiteral("selam"));
+        model->startSending();
+        settle();
+        if (phase >= reply) {
+            ScriptedReply *chat = request(first);
+            if (phase == secondSave) {
+                files->hold();
+            }
+            if (phase >= secondSave) {
+                answer(chat, QStringLiteral("yanıt"));
+                settle();
+            }
+            if (phase >= title) {
+                ScriptedReply *titleRequest = request(first + 1);
+                if (phase == memory) {
+                    answer(titleRequest, QStringLiteral("Başlık"));
+                    request(first + 2);
+                }
+            }
+        }
+        items->openGate();
+        files->release();
+        model.reset();
+        settle();
+        for (std::size_t i = first; i < network->count(); ++i) {
+            const auto &left = network->replies()[i];
+            EXPECT_TRUE(left.isNull() || left->isFinished()) << "phase " << phase;
+        }
+    }
+}

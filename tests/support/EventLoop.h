@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+
+#include <functional>
+
+namespace Talvo::Testing {
+
+/// Runs the event loop until a condition holds; false when it does not within ten seconds, which is
+/// a bound for a broken test and never a measure of speed.
+inline bool waitUntil(const std::function<bool()> &condition)
+{
+    constexpr qint64 limitInMilliseconds = 10000;
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (!condition()) {
+        if (elapsed.hasExpired(limitInMilliseconds)) {
+            return false;
+        }
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+    }
+    return true;
+}
+
+/// Lets everything that is ready to run do so, deferred deletions included.
+inline void settle()
+{
+    for (int i = 0; i < 5; ++i) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
+} // namespace Talvo::Testing
