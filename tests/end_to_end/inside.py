@@ -18,7 +18,7 @@ def main():
         with Desktop(scratch) as desktop:
             scenario.world = scenario.World(desktop, identity, scratch)
             program = unittest.main(
-                module=None, argv=["end_to_end", "--verbose", *sys.argv[1:]], exit=False
+                module=None, argv=["end_to_end", "--verbose", *sys.argv[1:]], exit=False, warnings="ignore"
             )
             return 0 if program.result.testsRun and program.result.wasSuccessful() else 1
 

@@ -48,8 +48,7 @@ class Closing(Scenario):
         """Starts Talvo, waits for the stored conversation and types a message."""
         window = self.start()
         window.row("Eski sohbet")
-        window.click(self.composer())
-        window.type("Selam")
+        window.type_into(self.composer(), "Selam")
         wait_until(lambda: content_of(self.composer()) == "Selam", "the typed draft")
         return window
 
@@ -99,8 +98,7 @@ class Closing(Scenario):
         self.environment["ASAN_OPTIONS"] = "detect_leaks=0" # the leak check cannot be traced itself
         window = self.start(self.slow_disk())
         window.row("Eski sohbet")
-        window.click(self.composer())
-        window.type("Selam")
+        window.type_into(self.composer(), "Selam")
         wait_until(lambda: content_of(self.composer()) == "Selam", "the typed draft")
         window.key("Return")
         wait_until(lambda: content_of(self.composer()) == "", "the draft taken over")
@@ -124,8 +122,7 @@ class Closing(Scenario):
         )
         window = self.start()
         window.wait_for_text("Merhaba")
-        window.click(self.composer())
-        window.type("Selam")
+        window.type_into(self.composer(), "Selam")
         with self.service.hold(TITLE):
             window.key("Return")
             self.service.wait_for(2)

@@ -14,7 +14,7 @@ IDENTITY = (
     "Adın Talvo. Yardımcı bir yapay zeka asistanısın. "
     "Kullanıcıya açık, doğru ve doğal Türkçe ile yanıt ver."
 )
-QUESTION = "Çay nasıl demlenir, şöyle kısaca?"
+QUESTION = "Şimdi çay nasıl demlenir, kısaca?"
 REPLY_TEXT = "Suyu **kaynat**.\n\n- Demliği ısıt\n- On beş dakika bekle"
 MEMORY_TEXT = "- Çay seviyor"
 
@@ -54,8 +54,7 @@ class Conversation(Scenario):
         self.assertEqual(self.archive_path.parent.stat().st_mode & 0o777, 0o700)
 
     def without_a_key_nothing_is_sent(self, window):
-        window.click(self.composer())
-        window.type(QUESTION)
+        window.type_into(self.composer(), QUESTION)
         wait_until(lambda: content_of(self.composer()) == QUESTION, "the typed draft")
         window.key("Return")
         window.wait_for_text("Önce Ayarlar’dan Groq API anahtarını kaydet.")
@@ -67,8 +66,7 @@ class Conversation(Scenario):
 
     def settings_keep_the_key_in_the_keyring(self, window):
         window.click(window.get(BUTTON, "API Ayarları"))
-        window.click(window.get(FIELD, "gsk_…"))
-        window.type(KEY)
+        window.type_into(window.get(FIELD, "gsk_…"), KEY)
         window.click(window.get(BUTTON, "Kaydet"))
         window.wait_for_text("API anahtarı güvenle kaydedildi.")
         self.assertEqual(self.desktop.secret(), KEY)
@@ -128,8 +126,7 @@ class Conversation(Scenario):
 
     def the_next_exchange_knows_the_memory_and_asks_for_no_title(self, window):
         self.service.answer(REPLY, "Afiyet olsun.")
-        window.click(self.composer())
-        window.type("Sağ ol")
+        window.type_into(self.composer(), "Sağ ol")
         window.key("Return")
         self.service.wait_for(5)
         self.assertEqual(self.service.kinds()[3:], [REPLY, MEMORY])
@@ -145,8 +142,7 @@ class Conversation(Scenario):
         self.desktop.store_secret(KEY)
         self.service.refuse(REPLY, 429, "Çok sık soruyorsun.")
         window = self.start()
-        window.click(self.composer())
-        window.type("Merhaba")
+        window.type_into(self.composer(), "Merhaba")
         window.key("Return")
         window.wait_for_text("Çok sık soruyorsun.")
         self.assertEqual(self.service.kinds(), [REPLY])
@@ -159,8 +155,7 @@ class Conversation(Scenario):
         self.desktop.store_secret(KEY)
         self.service.present(certificates.create(self.home, HOST))
         window = self.start()
-        window.click(self.composer())
-        window.type("Merhaba")
+        window.type_into(self.composer(), "Merhaba")
         window.key("Return")
         window.wait_for_text("Bir sorun oluştu")
         self.assertEqual(self.service.requests, [])
