@@ -10,6 +10,7 @@ namespace Talvo::InlineEncoding {
 namespace {
 
 constexpr std::string_view tab = "\t  ";
+constexpr std::string_view lineEnding = "\t\t";
 constexpr std::string_view lineEndingAfterBackslash = "\t \t";
 
 /// Characters that make a text more than plain wherever they stand.
@@ -183,6 +184,11 @@ Bytes encoded(QStringView text)
     out.put('\n'); // saves the library a copy of an unfinished line
     result.resize(out.end() - result.data());
     return result;
+}
+
+bool holdsLineEnding(std::string_view utf8)
+{
+    return utf8.find(lineEnding) != utf8.npos || utf8.find(lineEndingAfterBackslash) != utf8.npos;
 }
 
 Characters decoded(std::string_view utf8)

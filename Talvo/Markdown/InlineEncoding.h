@@ -25,9 +25,6 @@ using Bytes = QVarLengthArray<char, 4096>;
 inline constexpr std::string_view leadingGuard = "\u2003 ";
 inline constexpr std::string_view trailingGuard = " \u2003";
 
-/// What stands for a line ending, other than one after an odd number of backslashes.
-inline constexpr std::string_view lineEnding = "\t\t";
-
 /// True when the inline parser would give the text back as it is, in one run without attributes:
 /// nothing in it is markup, needs replacing or could be part of a bare link.
 [[nodiscard]] bool isPlain(QStringView text);
@@ -44,6 +41,9 @@ using Characters = QVarLengthArray<QChar, 1024>;
 /// Reads the source of a code span: a line ending becomes a blank, and one blank is stripped at
 /// both ends if both are there and the span is not all blank.
 [[nodiscard]] Characters decodedCode(std::string_view utf8);
+
+/// Whether a part of encoded text runs across a line ending.
+[[nodiscard]] bool holdsLineEnding(std::string_view utf8);
 
 /// An encoded hard line break, when it stands in text.
 inline constexpr std::string_view hardBreak = "\\\t \t";

@@ -107,11 +107,13 @@ TEST(InlineMarkdown, byteOrderMarkIsDroppedAtTheStartOnly)
 TEST(InlineMarkdown, whatCannotBeInterpretedIsPlain)
 {
     // No address holds a line ending; the whole text then shows its characters.
-    const QString source = QStringLiteral("**a** [b](<c\nd>)");
-    const AttributedString result = inlineText(source);
-    EXPECT_EQ(result.text, source);
-    ASSERT_EQ(result.runs.size(), 1u);
-    EXPECT_EQ(result.runs.front(), (AttributedString::Run{0, source.size(), {}, {}, {}, {}}));
+    for (const QString &source :
+         {QStringLiteral("**a** [b](<c\nd>)"), QStringLiteral("**a** [b](<c\\\nd>)")}) {
+        const AttributedString result = inlineText(source);
+        EXPECT_EQ(result.text, source);
+        ASSERT_EQ(result.runs.size(), 1u);
+        EXPECT_EQ(result.runs.front(), (AttributedString::Run{0, source.size(), {}, {}, {}, {}}));
+    }
 }
 
 TEST(InlineMarkdown, runsCountUtf16CodeUnits)
