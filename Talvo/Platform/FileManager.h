@@ -23,15 +23,18 @@ public:
     /// empty when the system names none.
     [[nodiscard]] virtual QString applicationSupportDirectory() const;
 
-    /// True when something exists at the path, whatever it is and whether or not it can be read.
+    /// True when something exists at the path, whatever it is and whether or not it can be read: a
+    /// symbolic link that leads nowhere, and what a folder that may not be searched hides, count as
+    /// existing. Only a certain "nothing there" is false.
     [[nodiscard]] virtual bool fileExists(const QString &path) const;
 
     /// Makes a directory and the missing ones above it, each with mode 0700; an existing one is
     /// left as it is. Throws PlatformError::folderNotCreatable.
     virtual void createDirectory(const QString &path) const;
 
-    /// The whole content of a file, with `padding` more bytes of unspecified content reserved (not
-    /// counted in the size) behind it. Throws PlatformError::archiveNotReadable.
+    /// The whole content of a regular file, with `padding` more bytes of unspecified content
+    /// reserved (not counted in the size) behind it. Throws PlatformError::archiveNotReadable, also
+    /// for a folder, a pipe or a device, none of which is waited for.
     [[nodiscard]] virtual QByteArray readFile(const QString &path, qsizetype padding) const;
 
     /// Receives the next piece of what is being written.
@@ -40,14 +43,27 @@ public:
     /// Replaces a file as a whole: `produce` writes into a temporary file of mode 0600 in the same
     /// folder, whose data is synced before it is renamed over the target; then the folder is
     /// synced. A crash or a power cut leaves either the old content or the new one. On failure, of
-    /// `produce` too, the temporary file is removed and the target is as before. Throws
-    /// PlatformError (diskFull, archiveNotWritable) or what `produce` throws.
+    /// `produce` too, the temporary file is removed and the target is as before; only the sync of
+    /// the folder can fail after the replacement. What an earlier process, killed while writing,
+    /// has left of its temporary files is removed: one process at a time may replace a file.
+    ///
+    /// Where the path is a symbolic link, perhaps into a synced folder, the link stays and the file
+    /// that it leads to is replaced. Only a regular file ever is. Throws PlatformError (diskFull,
+    /// archiveNotWritable) or what `produce` throws.
     virtual void replaceFile(const QString &path,
                              const std::function<void(const Sink &)> &produce) const;
 
-    /// Gives an existing file a second name in the same file system (a hard link), without reading
-    /// it. Throws PlatformError::archiveNotKept.
-    virtual void linkFile(const QString &existing, const QString &additional) const;
+    /// What came of linkFile().
+    enum class LinkOutcome {
+        linked,
+        nameTaken,   ///< something has that name already, and keeps it
+        fileMissing, ///< there is no file that could get a second name
+    };
+
+    /// Gives an existing file a second name in its own folder (a hard link), without reading it. A
+    /// symbolic link is followed first: the second name then stands beside the real file. Throws
+    /// PlatformError::archiveNotKept.
+    [[nodiscard]] virtual LinkOutcome linkFile(const QString &existing, const QString &name) const;
 };
 
 } // namespace Talvo

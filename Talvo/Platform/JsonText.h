@@ -12,6 +12,10 @@ namespace Talvo {
 /// else, U+007F and non-ASCII included, is copied as it is. Linear, any thread.
 void appendJsonString(QByteArray &out, QByteArrayView utf8);
 
+/// Appends what stands between the quotes of such a string. A long text may be given in pieces cut
+/// anywhere: no escape depends on more than one byte. Linear, any thread.
+void appendJsonStringContent(QByteArray &out, QByteArrayView utf8);
+
 /// Appends a JSON number: the shortest decimal text that reads back as the same double, without a
 /// fraction for a whole number; with an exponent only below 1e-4 and from 2^54 on.
 /// @pre value is finite. Any thread, whatever the locale.

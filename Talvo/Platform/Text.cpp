@@ -1,6 +1,7 @@
 #include "Platform/Text.h"
 
 #include <QChar>
+#include <QStringDecoder>
 
 #include <unicode/brkiter.h>
 #include <unicode/normalizer2.h>
@@ -66,6 +67,13 @@ QStringView trimmedOfWhitespaceAndNewlines(QStringView text)
     return trimmed(text, isWhitespaceOrNewline);
 }
 
+QString textFromUtf8(QByteArrayView utf8)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                     QStringDecoder::Flag::ConvertInitialBom);
+    return decoder(utf8);
+}
+
 bool isBlankUtf8(QByteArrayView utf8)
 {
     // Almost every text is decided by its first byte; only what begins with a byte beyond ASCII
@@ -112,7 +120,7 @@ bool isCanonicallyEqual(QStringView left, QStringView right)
 
 bool isCanonicallyEqualUtf8(QByteArrayView left, QByteArrayView right)
 {
-    return left == right || isCanonicallyEqual(QString::fromUtf8(left), QString::fromUtf8(right));
+    return left == right || isCanonicallyEqual(textFromUtf8(left), textFromUtf8(right));
 }
 
 } // namespace Talvo

@@ -18,6 +18,9 @@ namespace Talvo {
 /// The text without whitespace and newlines at both ends. A view into the argument.
 [[nodiscard]] QStringView trimmedOfWhitespaceAndNewlines(QStringView text);
 
+/// UTF-8 as UTF-16 with every character kept, a leading U+FEFF too, which QString::fromUtf8 drops.
+[[nodiscard]] QString textFromUtf8(QByteArrayView utf8);
+
 /// True when UTF-8 text holds nothing but whitespace and newlines.
 [[nodiscard]] bool isBlankUtf8(QByteArrayView utf8);
 

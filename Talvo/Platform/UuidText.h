@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
 #include <QUuid>
@@ -11,6 +12,9 @@ namespace Talvo {
 /// The canonical text of an identifier: 36 characters, upper-case hexadecimal in groups of
 /// 8-4-4-4-12 separated by "-" (RFC 4122 layout). Pure, any thread.
 [[nodiscard]] QString uuidText(const QUuid &id);
+
+/// The same text appended to UTF-8.
+void appendUuidText(QByteArray &out, const QUuid &id);
 
 /// Reads that text back, in either case; absent for anything else (braces, other lengths, other
 /// characters). Pure, any thread.

@@ -1,0 +1,157 @@
+#include "Chat/ChatArchiveStore.h"
+
+#include "Chat/ChatArchiveCoding.h"
+#include "Platform/PlatformError.h"
+#include "Platform/SystemErrorText.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QPromise>
+
+#include <cerrno>
+#include <exception>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+namespace Talvo {
+
+namespace {
+
+/// Stands for "no place at all"; never opened.
+constexpr QLatin1StringView noLocation("/dev/null");
+
+QString storeErrorText(ChatArchiveStore::StoreError::Case errorCase)
+{
+    switch (errorCase) {
+    case ChatArchiveStore::StoreError::Case::applicationSupportUnavailable:
+        return QStringLiteral("Sohbet arşivi için uygulama klasörü oluşturulamadı.");
+    }
+    Q_UNREACHABLE();
+}
+
+QString archivePath(const FileManager &fileManager)
+{
+    const QString directory = fileManager.applicationSupportDirectory();
+    return directory.isEmpty() ? QString(noLocation)
+                               : directory + QStringLiteral("/Talvo/chat-archive.json");
+}
+
+void requireLocation(const QString &path)
+{
+    if (path == noLocation) {
+        throw ChatArchiveStore::StoreError(
+            ChatArchiveStore::StoreError::Case::applicationSupportUnavailable);
+    }
+}
+
+/// "chat-archive.unreadable-20250314T093015Z.json", with "-2", "-3" and so on behind the time when
+/// that name is taken.
+QString unreadableFileName(const QDateTime &time, int attempt)
+{
+    const QString number = attempt == 1 ? QString() : QStringLiteral("-%1").arg(attempt);
+    return QStringLiteral("chat-archive.unreadable-") +
+           time.toUTC().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'")) + number +
+           QStringLiteral(".json");
+}
+
+/// Runs an operation on the worker after all that was given to it before. When memory runs out,
+/// that is a failure of the file like any other.
+///
+/// No QtConcurrent::run: whoever waits for its future runs the operation himself if it has not
+/// begun, ahead of its turn and beside the worker.
+template <class Operation>
+auto enqueue(QThreadPool &worker, PlatformFailure memoryFailure, Operation operation)
+{
+    using Result = std::invoke_result_t<Operation>;
+    const auto promise = std::make_shared<QPromise<Result>>();
+    promise->start();
+    worker.start([promise, memoryFailure, operation = std::move(operation)] {
+        try {
+            if constexpr (std::is_void_v<Result>) {
+                operation();
+            } else {
+                promise->addResult(operation());
+            }
+        } catch (const std::bad_alloc &) {
+            promise->setException(fileError(memoryFailure, ENOMEM));
+        } catch (...) {
+            promise->setException(std::current_exception());
+        }
+        promise->finish();
+    });
+    return promise->future();
+}
+
+} // namespace
+
+ChatArchiveStore::StoreError::StoreError(Case errorCase)
+    : TypedError(storeErrorText(errorCase))
+    , m_case(errorCase)
+{
+}
+
+ChatArchiveStore::ChatArchiveStore(std::shared_ptr<const FileManager> fileManager)
+    : m_fileManager(std::move(fileManager))
+    , m_fileURL(archivePath(*m_fileManager))
+{
+    m_worker.setMaxThreadCount(1);
+}
+
+ChatArchiveStore::~ChatArchiveStore()
+{
+    m_worker.waitForDone();
+}
+
+QFuture<std::optional<ChatArchive>> ChatArchiveStore::load()
+{
+    return enqueue(m_worker, PlatformFailure::archiveNotReadable, [this] { return loadNow(); });
+}
+
+QFuture<void> ChatArchiveStore::save(ChatArchive archive)
+{
+    return enqueue(m_worker, PlatformFailure::archiveNotWritable,
+                   [this, archive = std::move(archive)] { saveNow(archive); });
+}
+
+std::optional<ChatArchive> ChatArchiveStore::loadNow()
+{
+    requireLocation(m_fileURL);
+    m_mustKeepOldFile = false;
+    if (!m_fileManager->fileExists(m_fileURL)) {
+        return std::nullopt;
+    }
+    m_mustKeepOldFile = true; // until it turns out to be readable
+    ChatArchive archive =
+        decodeArchive(m_fileManager->readFile(m_fileURL, archiveDecodingPadding()));
+    m_mustKeepOldFile = false;
+    return archive;
+}
+
+void ChatArchiveStore::saveNow(const ChatArchive &archive)
+{
+    requireLocation(m_fileURL);
+    m_fileManager->createDirectory(QFileInfo(m_fileURL).path());
+    keepUnreadableFile();
+    m_fileManager->replaceFile(
+        m_fileURL, [&archive](const FileManager::Sink &sink) { encodeArchive(archive, sink); });
+}
+
+void ChatArchiveStore::keepUnreadableFile()
+{
+    if (!m_mustKeepOldFile) {
+        return;
+    }
+    constexpr int mostAttempts = 1000;
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    for (int attempt = 1; attempt <= mostAttempts; ++attempt) {
+        const auto outcome = m_fileManager->linkFile(m_fileURL, unreadableFileName(now, attempt));
+        if (outcome != FileManager::LinkOutcome::nameTaken) {
+            m_mustKeepOldFile = false; // kept, or gone: then there is nothing to keep
+            return;
+        }
+    }
+    throw PlatformError(PlatformFailure::archiveNotKept);
+}
+
+} // namespace Talvo
