@@ -2,6 +2,7 @@
 
 #include "Platform/JsonText.h"
 #include "Platform/PlatformError.h"
+#include "Platform/Text.h"
 #include "Platform/UuidText.h"
 
 #include <simdjson.h>
@@ -15,7 +16,8 @@ namespace {
 
 using Sink = std::function<void(QByteArrayView)>;
 
-/// Collects the document and hands it to the sink in pieces of about `pieceSize` bytes.
+/// Collects the document and hands it to the sink in pieces of about `pieceSize` bytes. The layout
+/// stands here as it stands in the file, with its line feeds and its indent.
 class ArchiveWriter
 {
 public:
@@ -31,17 +33,17 @@ private:
     static constexpr qsizetype pieceSize = 1 << 20;
     static constexpr qsizetype textPieceSize = 1 << 16;
 
-    void session(const ChatSession &session, int level);
-    void message(const ChatMessage &message, int level);
+    void session(const ChatSession &session);
+    void message(const ChatMessage &message);
 
+    /// The elements with commas between them.
     template <class Elements, class WriteElement>
-    void array(const Elements &elements, int level, WriteElement writeElement);
+    void list(const Elements &elements, WriteElement writeElement);
 
     void raw(QByteArrayView json) { m_buffer.append(json); }
-    void line(int level);
-    void key(QByteArrayView name, int level);
-    void text(QByteArrayView utf8);
-    void identifier(const QUuid &id);
+    void text(const QString &text) { utf8(text.toUtf8()); }
+    void content(QByteArrayView utf8);
+    void utf8(QByteArrayView utf8);
     void instant(Instant instant);
 
     const Sink &m_sink;
@@ -50,102 +52,87 @@ private:
 
 void ArchiveWriter::archive(const ChatArchive &archive)
 {
-    raw("{");
-    key("memory", 1);
-    text(archive.memory.toUtf8());
-    raw(",");
-    key("selectedModel", 1);
-    text(archive.selectedModel.toUtf8());
-    raw(",");
+    raw(R"({
+  "memory" : ")");
+    text(archive.memory);
+    raw(R"(",
+  "selectedModel" : ")");
+    text(archive.selectedModel);
     if (archive.selectedSessionID) {
-        key("selectedSessionID", 1);
-        identifier(*archive.selectedSessionID);
-        raw(",");
+        raw(R"(",
+  "selectedSessionID" : ")");
+        appendUuidText(m_buffer, *archive.selectedSessionID);
     }
-    key("sessions", 1);
-    array(archive.sessions, 1,
-          [this](const ChatSession &element, int level) { session(element, level); });
-    line(0);
-    raw("}");
+    raw(R"(",
+  "sessions" : [
+)");
+    list(archive.sessions, [this](const ChatSession &element) { session(element); });
+    raw(R"(
+  ]
+})");
 }
 
-void ArchiveWriter::session(const ChatSession &session, int level)
+void ArchiveWriter::session(const ChatSession &session)
 {
-    raw("{");
-    key("id", level + 1);
-    identifier(session.id);
-    raw(",");
-    key("messages", level + 1);
-    array(session.messages, level + 1,
-          [this](const ChatMessage &element, int elementLevel) { message(element, elementLevel); });
-    raw(",");
-    key("title", level + 1);
-    text(session.title.toUtf8());
-    raw(",");
-    key("updatedAt", level + 1);
+    raw(R"(    {
+      "id" : ")");
+    appendUuidText(m_buffer, session.id);
+    raw(R"(",
+      "messages" : [
+)");
+    list(session.messages, [this](const ChatMessage &element) { message(element); });
+    raw(R"(
+      ],
+      "title" : ")");
+    text(session.title);
+    raw(R"(",
+      "updatedAt" : )");
     instant(session.updatedAt);
-    line(level);
-    raw("}");
+    raw(R"(
+    })");
 }
 
-void ArchiveWriter::message(const ChatMessage &message, int level)
+void ArchiveWriter::message(const ChatMessage &message)
 {
-    raw("{");
-    key("content", level + 1);
-    text(message.content);
-    raw(",");
-    key("id", level + 1);
-    identifier(message.id);
-    raw(",");
-    key("role", level + 1);
+    raw(R"(        {
+          "content" : ")");
+    content(message.content);
+    raw(R"(",
+          "id" : ")");
+    appendUuidText(m_buffer, message.id);
+    raw(R"(",
+          "role" : ")");
     const QLatin1StringView role = roleName(message.role);
-    text(QByteArrayView(role.data(), role.size()));
-    line(level);
-    raw("}");
+    raw({role.data(), role.size()});
+    raw(R"("
+        })");
 }
 
 template <class Elements, class WriteElement>
-void ArchiveWriter::array(const Elements &elements, int level, WriteElement writeElement)
+void ArchiveWriter::list(const Elements &elements, WriteElement writeElement)
 {
-    raw("[");
-    if (elements.empty()) {
-        raw("\n");
-    }
     bool isFirst = true;
     for (const auto &element : elements) {
-        raw(isFirst ? "" : ",");
+        if (!isFirst) {
+            raw(",\n");
+        }
         isFirst = false;
-        line(level + 1);
-        writeElement(element, level + 1);
+        writeElement(element);
     }
-    line(level);
-    raw("]");
 }
 
-void ArchiveWriter::line(int level)
+void ArchiveWriter::content(QByteArrayView content)
 {
-    constexpr QByteArrayView lineAndBlanks = "\n            ";
-    constexpr int blanksPerLevel = 2;
-    raw(lineAndBlanks.first(1 + blanksPerLevel * level));
-}
-
-void ArchiveWriter::key(QByteArrayView name, int level)
-{
-    line(level);
-    raw("\"");
-    raw(name);
-    raw("\" : ");
-}
-
-void ArchiveWriter::text(QByteArrayView utf8)
-{
-    // What is no UTF-8 would make the whole file unreadable: its faulty bytes become U+FFFD.
-    QByteArray repaired;
-    if (!simdjson::validate_utf8(utf8.data(), static_cast<std::size_t>(utf8.size()))) {
-        repaired = QString::fromUtf8(utf8).toUtf8();
-        utf8 = repaired;
+    if (simdjson::validate_utf8(content.data(), static_cast<std::size_t>(content.size()))) {
+        utf8(content);
+    } else {
+        // It would make the whole file unreadable: the faulty bytes become U+FFFD.
+        text(textFromUtf8(content));
     }
-    raw("\"");
+}
+
+void ArchiveWriter::utf8(QByteArrayView utf8)
+{
     while (!utf8.isEmpty()) {
         const QByteArrayView piece = utf8.first(std::min(utf8.size(), textPieceSize));
         utf8 = utf8.sliced(piece.size());
@@ -154,14 +141,6 @@ void ArchiveWriter::text(QByteArrayView utf8)
             flush();
         }
     }
-    raw("\"");
-}
-
-void ArchiveWriter::identifier(const QUuid &id)
-{
-    raw("\"");
-    appendUuidText(m_buffer, id);
-    raw("\"");
 }
 
 void ArchiveWriter::instant(Instant instant)
@@ -178,6 +157,21 @@ void ArchiveWriter::flush()
     m_buffer.resize(0); // unlike clear(), keeps the room
 }
 
+/// About how long the document will be, so that there is room for it at once.
+qsizetype expectedSize(const ChatArchive &archive)
+{
+    constexpr qsizetype layout = 300; // around a record
+    const auto escaped = [](qsizetype size) { return size + size / 16; };
+    qsizetype size = layout + 2 * escaped(archive.memory.size());
+    for (const ChatSession &session : archive.sessions) {
+        size += layout;
+        for (const ChatMessage &message : session.messages) {
+            size += layout / 2 + escaped(message.content.size());
+        }
+    }
+    return size;
+}
+
 } // namespace
 
 void encodeArchive(const ChatArchive &archive, const Sink &sink)
@@ -190,6 +184,7 @@ void encodeArchive(const ChatArchive &archive, const Sink &sink)
 QByteArray encodeArchive(const ChatArchive &archive)
 {
     QByteArray document;
+    document.reserve(expectedSize(archive));
     encodeArchive(archive, [&document](QByteArrayView piece) { document.append(piece); });
     return document;
 }

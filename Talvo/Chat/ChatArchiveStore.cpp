@@ -6,10 +6,12 @@
 
 #include <QDateTime>
 #include <QFileInfo>
-#include <QtConcurrent>
+#include <QPromise>
 
 #include <cerrno>
+#include <exception>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 namespace Talvo {
@@ -53,15 +55,32 @@ QString unreadableFileName(const QDateTime &time, int attempt)
            QStringLiteral(".json");
 }
 
-/// Runs an operation; when memory runs out, that is a failure of the file like any other.
+/// Runs an operation on the worker after all that was given to it before. When memory runs out,
+/// that is a failure of the file like any other.
+///
+/// No QtConcurrent::run: whoever waits for its future runs the operation himself if it has not
+/// begun, ahead of its turn and beside the worker.
 template <class Operation>
-auto withMemoryFailuresAs(PlatformFailure failure, Operation operation)
+auto enqueue(QThreadPool &worker, PlatformFailure memoryFailure, Operation operation)
 {
-    try {
-        return operation();
-    } catch (const std::bad_alloc &) {
-        throw fileError(failure, ENOMEM);
-    }
+    using Result = std::invoke_result_t<Operation>;
+    const auto promise = std::make_shared<QPromise<Result>>();
+    promise->start();
+    worker.start([promise, memoryFailure, operation = std::move(operation)] {
+        try {
+            if constexpr (std::is_void_v<Result>) {
+                operation();
+            } else {
+                promise->addResult(operation());
+            }
+        } catch (const std::bad_alloc &) {
+            promise->setException(fileError(memoryFailure, ENOMEM));
+        } catch (...) {
+            promise->setException(std::current_exception());
+        }
+        promise->finish();
+    });
+    return promise->future();
 }
 
 } // namespace
@@ -86,17 +105,13 @@ ChatArchiveStore::~ChatArchiveStore()
 
 QFuture<std::optional<ChatArchive>> ChatArchiveStore::load()
 {
-    return QtConcurrent::run(&m_worker, [this] {
-        return withMemoryFailuresAs(PlatformFailure::archiveNotReadable,
-                                    [this] { return loadNow(); });
-    });
+    return enqueue(m_worker, PlatformFailure::archiveNotReadable, [this] { return loadNow(); });
 }
 
 QFuture<void> ChatArchiveStore::save(ChatArchive archive)
 {
-    return QtConcurrent::run(&m_worker, [this, archive = std::move(archive)] {
-        withMemoryFailuresAs(PlatformFailure::archiveNotWritable, [&] { saveNow(archive); });
-    });
+    return enqueue(m_worker, PlatformFailure::archiveNotWritable,
+                   [this, archive = std::move(archive)] { saveNow(archive); });
 }
 
 std::optional<ChatArchive> ChatArchiveStore::loadNow()
@@ -107,10 +122,16 @@ std::optional<ChatArchive> ChatArchiveStore::loadNow()
         return std::nullopt;
     }
     m_mustKeepOldFile = true; // until it turns out to be readable
-    ChatArchive archive =
-        decodeArchive(m_fileManager->readFile(m_fileURL, archiveDecodingPadding()));
-    m_mustKeepOldFile = false;
-    return archive;
+    try {
+        ChatArchive archive =
+            decodeArchive(m_fileManager->readFile(m_fileURL, archiveDecodingPadding()));
+        m_mustKeepOldFile = false;
+        return archive;
+    } catch (const PlatformError &error) {
+        throw error.withAdvice(
+            QStringLiteral("Dosyaya dokunulmadı; yeni bir kayıt yapılmadan önce yanında "
+                           "“chat-archive.unreadable-<tarih>.json” adıyla saklanacak."));
+    }
 }
 
 void ChatArchiveStore::saveNow(const ChatArchive &archive)

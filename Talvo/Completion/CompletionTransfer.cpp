@@ -19,6 +19,27 @@ bool hasNoBody(int status)
     return status == 204 || status == 304;
 }
 
+/// The declared size of the body; absent when nothing sensible is declared.
+std::optional<qint64> declaredSize(const QNetworkReply &reply)
+{
+    bool isNumber = false;
+    const qint64 size =
+        reply.header(QNetworkRequest::ContentLengthHeader).toLongLong(&isNumber);
+    return isNumber && size >= 0 ? std::optional(size) : std::nullopt;
+}
+
+/// True when the library has a whole answer in hand and still reports that it could not send the
+/// request again (ContentReSendError): it wants to repeat a 307 or 308 before it looks whether
+/// redirects are followed, and in one order of events it takes a connection whose end is the end of
+/// the body (RFC 9112, neither a length nor chunks) for one that broke.
+bool isWholeDespiteRefusedRepetition(const QNetworkReply &reply, int status)
+{
+    const bool isRedirect = status == 307 || status == 308;
+    const bool endsWithConnection =
+        !declaredSize(reply) && !reply.hasRawHeader("Transfer-Encoding");
+    return reply.error() == QNetworkReply::ContentReSendError && (isRedirect || endsWithConnection);
+}
+
 } // namespace
 
 CompletionTransfer::Pointer CompletionTransfer::start(QNetworkAccessManager &session,
@@ -67,8 +88,7 @@ void CompletionTransfer::watchForSilence(std::chrono::milliseconds idleTimeout)
 
 void CompletionTransfer::checkDeclaredSize()
 {
-    const QVariant declared = m_reply->header(QNetworkRequest::ContentLengthHeader);
-    if (declared.isValid() && declared.toLongLong() > maximumBodySize) {
+    if (declaredSize(*m_reply).value_or(0) > maximumBodySize) {
         stop(PlatformFailure::replyTooLarge);
     }
 }
@@ -102,32 +122,28 @@ void CompletionTransfer::stop(PlatformFailure failure)
     }
 }
 
-bool CompletionTransfer::isTruncated() const
-{
-    const QVariant declared = m_reply->header(QNetworkRequest::ContentLengthHeader);
-    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    return declared.isValid() && !hasNoBody(status) && m_body.size() < declared.toLongLong();
-}
-
 CompletionTransfer::Answer CompletionTransfer::takeAnswer()
 {
     if (m_stopped) {
         throw PlatformError(*m_stopped);
     }
     const QNetworkReply::NetworkError error = m_reply->error();
-    if (error == QNetworkReply::ProtocolFailure) {
+    const QVariant attribute = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    const bool isNotHttp = error == QNetworkReply::NoError && !attribute.isValid();
+    if (isNotHttp || error == QNetworkReply::ProtocolFailure) {
         return {};
     }
-    const QVariant status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    const bool isAnswered =
-        status.isValid() && (error == QNetworkReply::NoError || isStatusError(error));
-    if (!isAnswered) {
+    const int status = attribute.toInt();
+    const bool isWhole = error == QNetworkReply::NoError || isStatusError(error) ||
+                         isWholeDespiteRefusedRepetition(*m_reply, status);
+    if (!attribute.isValid() || !isWhole) {
         throw PlatformError(transferFailure(error, m_stage));
     }
-    if (isTruncated()) {
+    // Not every early end is reported by the library.
+    if (!hasNoBody(status) && m_body.size() < declaredSize(*m_reply).value_or(0)) {
         throw PlatformError(PlatformFailure::connectionLost);
     }
-    return {status.toInt(), std::exchange(m_body, {})};
+    return {status, std::exchange(m_body, {})};
 }
 
 } // namespace Talvo

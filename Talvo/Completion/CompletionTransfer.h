@@ -66,7 +66,6 @@ private:
     void checkDeclaredSize();
     void collect();
     void stop(PlatformFailure failure);
-    [[nodiscard]] bool isTruncated() const;
 
     QNetworkReply *m_reply;
     QTimer m_idleTimer;

@@ -69,8 +69,10 @@ QNetworkRequest postRequest(const QUrl &endpoint, const QString &apiKey)
     // Nothing is inflated, so that what the bound on the body counts is all there is.
     request.setRawHeader("Accept-Encoding", "identity");
     // A kept connection may be dead by the next message, minutes later; the library would find out
-    // by sending, and may not send again. A handshake per request is the price.
+    // by sending, and may not send again. A handshake per request is the price. Where the service
+    // does not close the connection, the library does, ten milliseconds after the answer.
     request.setRawHeader("Connection", "close");
+    request.setAttribute(QNetworkRequest::ConnectionCacheExpiryTimeoutSecondsAttribute, 0);
     request.setSslConfiguration(verifiedTls());
 
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,

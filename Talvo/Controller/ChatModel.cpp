@@ -72,9 +72,12 @@ QCoro::Task<> ChatModel::loadArchive()
     std::optional<ChatArchive> archive;
     std::optional<QString> failure;
     try {
-        archive = co_await m_archiveStore->load();
+        QFuture<std::optional<ChatArchive>> loading = m_archiveStore->load();
+        archive = co_await loading;
         if (self && archive) {
-            archive = co_await QtConcurrent::run(normalizedArchive, std::move(*archive));
+            QFuture<ChatArchive> normalizing =
+                QtConcurrent::run(normalizedArchive, std::move(*archive));
+            archive = co_await normalizing;
         }
     } catch (const std::exception &error) {
         failure = localizedDescription(error);
@@ -119,7 +122,8 @@ QCoro::Task<> ChatModel::saveArchive()
     const QPointer<ChatModel> self(this);
     std::optional<QString> failure;
     try {
-        co_await m_archiveStore->save(snapshot());
+        QFuture<void> saving = m_archiveStore->save(snapshot());
+        co_await saving;
     } catch (const std::exception &error) {
         failure = localizedDescription(error);
     }

@@ -16,6 +16,9 @@
 
 namespace Talvo {
 
+// What is awaited has a name in all of these coroutines: gcc 12 destroys some temporaries of an
+// expression with co_await twice.
+
 QCoro::Task<> ChatModel::send()
 {
     const QString text = trimmedOfWhitespaceAndNewlines(m_draft).toString();
@@ -74,7 +77,8 @@ QCoro::Task<std::optional<QString>> ChatModel::readKey()
     QString failure = QStringLiteral("Önce Ayarlar’dan Groq API anahtarını kaydet.");
     try {
         // On a worker: a keyring may ask the user for its password before it answers.
-        apiKey = co_await QtConcurrent::run([keychain = *m_keychain] { return keychain.read(); });
+        QFuture<std::optional<QString>> reading = QtConcurrent::run(&KeychainStore::read, *m_keychain);
+        apiKey = co_await reading;
     } catch (const std::exception &error) {
         failure = localizedDescription(error);
     }
@@ -101,8 +105,9 @@ QCoro::Task<> ChatModel::exchange(QUuid sessionID, ChatMessage userMessage, QStr
     QByteArray reply;
     std::optional<QString> failure;
     try {
-        reply = co_await m_client->complete(history, apiKey, m_selectedModel,
-                                            Prompts::system(m_memory));
+        QCoro::Task<QByteArray> completion =
+            m_client->complete(history, apiKey, m_selectedModel, Prompts::system(m_memory));
+        reply = co_await completion;
     } catch (const std::exception &error) {
         failure = localizedDescription(error);
     }
@@ -147,8 +152,9 @@ QCoro::Task<> ChatModel::generateTitleIfNeeded(QUuid sessionID, ChatMessageList 
     }
     QByteArray reply;
     try {
-        reply = co_await m_client->complete(conversation, apiKey, m_selectedModel,
-                                            Prompts::titleInstruction());
+        QCoro::Task<QByteArray> completion = m_client->complete(
+            conversation, apiKey, m_selectedModel, Prompts::titleInstruction());
+        reply = co_await completion;
     } catch (const std::exception &) {
         // A conversation without a title of its own is no reason to disturb the user; the next
         // exchange asks again.
@@ -178,8 +184,9 @@ QCoro::Task<> ChatModel::updateMemory(ChatMessage userMessage, ChatMessage assis
                           Prompts::memoryRequest(m_memory, userMessage, assistantMessage))};
     QByteArray reply;
     try {
-        reply = co_await m_client->complete(request, apiKey, m_selectedModel,
-                                            Prompts::memoryInstruction());
+        QCoro::Task<QByteArray> completion =
+            m_client->complete(request, apiKey, m_selectedModel, Prompts::memoryInstruction());
+        reply = co_await completion;
     } catch (const std::exception &) {
         // The memory keeps its value; the exchange itself is already saved.
         co_return;

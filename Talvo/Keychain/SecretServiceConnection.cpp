@@ -5,6 +5,7 @@
 #include "Keychain/SecretServiceConnection.h"
 #include "Keychain/SecretServiceFailure.h"
 #include "Keychain/SecretServicePrompt.h"
+#include "Keychain/SessionBus.h"
 
 #include <memory>
 
@@ -12,9 +13,6 @@ namespace Talvo {
 
 namespace {
 
-constexpr auto busName = "org.freedesktop.secrets";
-constexpr auto servicePath = "/org/freedesktop/secrets";
-constexpr auto serviceInterface = "org.freedesktop.Secret.Service";
 constexpr auto contentType = "text/plain";
 constexpr int withoutOwnTimeout = G_MAXINT; // the deadline bounds every call
 
@@ -37,44 +35,40 @@ SecretServiceConnection::ThreadContext::~ThreadContext()
     g_main_context_unref(m_context);
 }
 
-SecretServiceConnection::SecretServiceConnection(const QByteArray &busAddress,
-                                                 const SecretServiceBounds &bounds)
+SecretServiceConnection::SecretServiceConnection(const SecretServiceBounds &bounds)
     : m_bounds(bounds)
     , m_deadline(bounds.call)
+    , m_connection(connected())
 {
-    connectTo(busAddress);
     openSession();
 }
 
 SecretServiceConnection::~SecretServiceConnection() = default;
 
-void SecretServiceConnection::connectTo(const QByteArray &busAddress)
+GObjectPointer<GDBusConnection> SecretServiceConnection::connected() const
 {
-    if (busAddress.isEmpty()) {
+    // Asked for a session bus where there is none, GIO would start one that no keychain is on.
+    if (!hasSessionBus()) {
         throw SecretServiceFailure{KeychainStatuses::notAvailable};
     }
-    // Not the process's shared connection: that one ends the process when the bus goes away.
-    constexpr auto flags =
-        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    m_connection.reset(g_dbus_connection_new_for_address_sync(
-        busAddress.constData(), flags, nullptr, m_deadline.cancellable(), nullptr));
-    if (!m_connection) {
+    // The connection that the process shares; libsecret takes no other.
+    GObjectPointer<GDBusConnection> connection(
+        g_bus_get_sync(G_BUS_TYPE_SESSION, m_deadline.cancellable(), nullptr));
+    if (!connection) {
         // For whatever reason: without a bus there is no service.
         throw SecretServiceFailure{KeychainStatuses::notAvailable};
     }
+    // By default the process would be ended when the bus goes away.
+    g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
+    return connection;
 }
 
 void SecretServiceConnection::openSession()
 {
-    // libsecret's own constructors take the shared connection and, some, a cached service.
-    constexpr auto flags = static_cast<GDBusProxyFlags>(G_DBUS_PROXY_FLAGS_DO_NOT_LOAD_PROPERTIES |
-                                                        G_DBUS_PROXY_FLAGS_DO_NOT_CONNECT_SIGNALS);
+    // Not secret_service_get_sync(), whose cached instance may belong to a service that has ended.
     GError *error = nullptr;
-    m_service.reset(static_cast<SecretService *>(g_initable_new(
-        SECRET_TYPE_SERVICE, m_deadline.cancellable(), &error, "g-flags", flags, "g-connection",
-        m_connection.get(), "g-name", busName, "g-object-path", servicePath, "g-interface-name",
-        serviceInterface, "flags", SECRET_SERVICE_NONE, nullptr)));
+    m_service.reset(secret_service_open_sync(SECRET_TYPE_SERVICE, nullptr, SECRET_SERVICE_NONE,
+                                             m_deadline.cancellable(), &error));
     throwIfFailed(GErrorPointer(error));
 
     const std::unique_ptr<char, FreedBy<g_free>> owner(

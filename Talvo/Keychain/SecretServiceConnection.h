@@ -10,16 +10,17 @@ using SecretService = struct _SecretService;
 
 namespace Talvo {
 
-/// One operation's own connection to the Secret Service, with an encrypted session for secrets.
+/// One operation's way to the Secret Service on the session bus, with an encrypted session for
+/// secrets of its own.
 ///
 /// It is made anew for each operation and used by one thread: nothing of a service that was
-/// restarted meanwhile is remembered, no other thread's main loop is involved, and threads do not
-/// wait for each other. All members throw SecretServiceFailure.
+/// restarted meanwhile is remembered, and no other thread's main loop is involved. All members
+/// throw SecretServiceFailure.
 class SecretServiceConnection
 {
 public:
     /// Connects, starts the service where the bus can, and opens the session.
-    SecretServiceConnection(const QByteArray &busAddress, const SecretServiceBounds &bounds);
+    explicit SecretServiceConnection(const SecretServiceBounds &bounds);
     ~SecretServiceConnection();
     Q_DISABLE_COPY_MOVE(SecretServiceConnection)
 
@@ -59,13 +60,13 @@ private:
         GMainContext *m_context;
     };
 
-    void connectTo(const QByteArray &busAddress);
+    [[nodiscard]] GObjectPointer<GDBusConnection> connected() const;
     void openSession();
 
     SecretServiceBounds m_bounds;
-    ThreadContext m_context; ///< goes after all that may still have events in it
     CancellingDeadline m_deadline;
     GObjectPointer<GDBusConnection> m_connection;
+    ThreadContext m_context; ///< after the connection, which other threads may use as well
     GObjectPointer<SecretService> m_service;
     QByteArray m_owner; ///< the service's unique bus name
 };

@@ -3,13 +3,12 @@
 #include "Keychain/GLibPointers.h"
 #include "Keychain/SecretServiceConnection.h"
 #include "Keychain/SecretServiceFailure.h"
-#include "Keychain/SessionBusAddress.h"
 
 #include <QByteArrayList>
 
 #include <algorithm>
 #include <system_error>
-#include <utility>
+#include <tuple>
 
 namespace Talvo {
 
@@ -213,10 +212,8 @@ KeychainStatus statusOf(Operation operation)
 
 } // namespace
 
-SecretServiceItemOperations::SecretServiceItemOperations(QByteArray busAddress,
-                                                         const SecretServiceBounds &bounds)
-    : m_busAddress(std::move(busAddress))
-    , m_bounds(bounds)
+SecretServiceItemOperations::SecretServiceItemOperations(const SecretServiceBounds &bounds)
+    : m_bounds(bounds)
 {
 }
 
@@ -225,7 +222,7 @@ SecretServiceItemOperations::copyMatching(const KeychainItemQuery &query)
 {
     Match match;
     match.status = statusOf([&] {
-        SecretServiceConnection service(m_busAddress, m_bounds);
+        SecretServiceConnection service(m_bounds);
         FoundItems found = find(service, query);
         found.paths = found.paths.first(std::min(found.paths.size(), qsizetype(1)));
         return forEachItem(found, [&](const QByteArray &item) {
@@ -242,7 +239,7 @@ KeychainStatus SecretServiceItemOperations::add(const KeychainItemQuery &query,
                                                 const QByteArray &data)
 {
     return statusOf([&] {
-        SecretServiceConnection service(m_busAddress, m_bounds);
+        SecretServiceConnection service(m_bounds);
         QByteArray collection = defaultCollection(service);
         if (collection == noObject) {
             collection = createDefaultCollection(service);
@@ -258,7 +255,7 @@ KeychainStatus SecretServiceItemOperations::update(const KeychainItemQuery &quer
                                                    const QByteArray &data)
 {
     return statusOf([&] {
-        SecretServiceConnection service(m_busAddress, m_bounds);
+        SecretServiceConnection service(m_bounds);
         const FoundItems found = find(service, query);
         unlockAll(service, found);
         return forEachItem(found, [&](const QByteArray &item) { setSecret(service, item, data); });
@@ -268,7 +265,7 @@ KeychainStatus SecretServiceItemOperations::update(const KeychainItemQuery &quer
 KeychainStatus SecretServiceItemOperations::remove(const KeychainItemQuery &query)
 {
     return statusOf([&] {
-        SecretServiceConnection service(m_busAddress, m_bounds);
+        SecretServiceConnection service(m_bounds);
         const FoundItems found = find(service, query);
         unlockAll(service, found);
         return forEachItem(found, [&](const QByteArray &item) { removeItem(service, item); });
@@ -277,8 +274,7 @@ KeychainStatus SecretServiceItemOperations::remove(const KeychainItemQuery &quer
 
 std::shared_ptr<KeychainItemOperations> systemKeychainItemOperations()
 {
-    return std::make_shared<SecretServiceItemOperations>(sessionBusAddress(),
-                                                         SecretServiceBounds{});
+    return std::make_shared<SecretServiceItemOperations>();
 }
 
 } // namespace Talvo

@@ -3,8 +3,6 @@
 #include "Keychain/KeychainItemOperations.h"
 #include "Keychain/SecretServiceBounds.h"
 
-#include <QByteArray>
-
 namespace Talvo {
 
 /// The item operations on the freedesktop.org Secret Service (GNOME Keyring, KWallet, KeePassXC):
@@ -16,8 +14,7 @@ namespace Talvo {
 class SecretServiceItemOperations : public KeychainItemOperations
 {
 public:
-    /// @param busAddress a D-Bus address; empty stands for no bus
-    SecretServiceItemOperations(QByteArray busAddress, const SecretServiceBounds &bounds);
+    explicit SecretServiceItemOperations(const SecretServiceBounds &bounds = {});
 
     [[nodiscard]] Match copyMatching(const KeychainItemQuery &query) override;
     [[nodiscard]] KeychainStatus add(const KeychainItemQuery &query,
@@ -27,7 +24,6 @@ public:
     [[nodiscard]] KeychainStatus remove(const KeychainItemQuery &query) override;
 
 private:
-    QByteArray m_busAddress;
     SecretServiceBounds m_bounds;
 };
 

@@ -8,10 +8,12 @@ namespace {
 
 using SourcePointer = std::unique_ptr<GSource, FreedBy<g_source_unref>>;
 
-gboolean setFlag(gpointer flag)
+/// How often to see whether the bus is still there: its end is told to another thread.
+constexpr guint tick = 250; // milliseconds
+
+gboolean keepTicking(gpointer)
 {
-    *static_cast<bool *>(flag) = true;
-    return G_SOURCE_REMOVE;
+    return G_SOURCE_CONTINUE;
 }
 
 } // namespace
@@ -26,7 +28,6 @@ SecretServicePrompt::SecretServicePrompt(GDBusConnection *connection, const QByt
           connection, "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
           "/org/freedesktop/DBus", owner.constData(), G_DBUS_SIGNAL_FLAGS_NONE, onOwnerChanged,
           this, nullptr))
-    , m_closedHandler(g_signal_connect(connection, "closed", G_CALLBACK(onClosed), this))
 {
 }
 
@@ -34,24 +35,26 @@ SecretServicePrompt::~SecretServicePrompt()
 {
     g_dbus_connection_signal_unsubscribe(m_connection, m_completedSubscription);
     g_dbus_connection_signal_unsubscribe(m_connection, m_ownerSubscription);
-    g_signal_handler_disconnect(m_connection, m_closedHandler);
 }
 
 SecretServicePrompt::Outcome SecretServicePrompt::wait(std::chrono::milliseconds bound)
 {
+    const auto end = std::chrono::steady_clock::now() + bound;
     GMainContext *const context = g_main_context_get_thread_default();
-    bool isOver = false;
-    const SourcePointer timeout(g_timeout_source_new(static_cast<guint>(bound.count())));
-    g_source_set_callback(timeout.get(), setFlag, &isOver, nullptr);
-    g_source_attach(timeout.get(), context);
-    while (m_outcome == Outcome::pending && !isOver) {
+    const SourcePointer ticks(g_timeout_source_new(tick));
+    g_source_set_callback(ticks.get(), keepTicking, nullptr, nullptr);
+    g_source_attach(ticks.get(), context);
+    while (m_outcome == Outcome::pending && std::chrono::steady_clock::now() < end) {
         g_main_context_iteration(context, TRUE);
+        if (g_dbus_connection_is_closed(m_connection) != 0) {
+            finish(Outcome::serviceGone);
+        }
     }
-    g_source_destroy(timeout.get());
+    g_source_destroy(ticks.get());
     return m_outcome;
 }
 
-void SecretServicePrompt::end(Outcome outcome)
+void SecretServicePrompt::finish(Outcome outcome)
 {
     if (m_outcome == Outcome::pending) {
         m_outcome = outcome;
@@ -69,19 +72,14 @@ void SecretServicePrompt::onCompleted(GDBusConnection *, const char *, const cha
     GVariant *result = nullptr;
     g_variant_get(parameters, "(bv)", &isDismissed, &result);
     self->m_result.reset(result);
-    self->end(isDismissed != 0 ? Outcome::dismissed : Outcome::completed);
+    self->finish(isDismissed != 0 ? Outcome::dismissed : Outcome::completed);
 }
 
 void SecretServicePrompt::onOwnerChanged(GDBusConnection *, const char *, const char *,
                                          const char *, const char *, GVariant *, gpointer prompt)
 {
     // A unique name changes hands once: when its process leaves the bus.
-    static_cast<SecretServicePrompt *>(prompt)->end(Outcome::serviceGone);
-}
-
-void SecretServicePrompt::onClosed(GDBusConnection *, gboolean, GError *, gpointer prompt)
-{
-    static_cast<SecretServicePrompt *>(prompt)->end(Outcome::serviceGone);
+    static_cast<SecretServicePrompt *>(prompt)->finish(Outcome::serviceGone);
 }
 
 } // namespace Talvo

@@ -33,20 +33,17 @@ public:
     [[nodiscard]] GVariantPointer takeResult() { return std::move(m_result); }
 
 private:
-    void end(Outcome outcome);
+    void finish(Outcome outcome);
     static void onCompleted(GDBusConnection *connection, const char *sender, const char *path,
                             const char *interface, const char *signal, GVariant *parameters,
                             gpointer prompt);
     static void onOwnerChanged(GDBusConnection *connection, const char *sender, const char *path,
                                const char *interface, const char *signal, GVariant *parameters,
                                gpointer prompt);
-    static void onClosed(GDBusConnection *connection, gboolean remotePeerVanished, GError *error,
-                         gpointer prompt);
 
     GDBusConnection *m_connection;
     guint m_completedSubscription;
     guint m_ownerSubscription;
-    gulong m_closedHandler;
     Outcome m_outcome = Outcome::pending;
     GVariantPointer m_result;
 };

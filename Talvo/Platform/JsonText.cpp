@@ -6,9 +6,12 @@
 #include <array>
 #include <bit>
 #include <charconv>
-#include <climits>
 #include <cmath>
 #include <cstring>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace Talvo {
 
@@ -21,91 +24,126 @@ constexpr qsizetype longestEscape = 6;
 /// stays small.
 constexpr qsizetype pieceSize = 16384;
 
-/// Eight bytes are looked at as one number; on every machine the first of them is the lowest.
-using Word = quint64;
-constexpr qsizetype wordSize = sizeof(Word);
+/// The text is looked at in blocks, one bit of a word for each byte.
+constexpr qsizetype blockSize = 64;
 
-constexpr Word inEveryByte(unsigned char byte)
-{
-    return Word{0x0101010101010101} * byte;
-}
+#ifdef __SSE2__
 
-/// A word whose lowest set bit lies in the first byte that is below `limit` (at most 0x80); zero
-/// when there is none. The subtraction borrows only from bytes after that one.
-constexpr Word bytesBelow(Word word, unsigned char limit)
+/// A bit for every byte of a block that needs an escape; the first byte's is the lowest.
+quint64 bytesToEscape(const char *block)
 {
-    return (word - inEveryByte(limit)) & ~word & inEveryByte(0x80);
-}
-
-/// The same for the first byte that needs an escape.
-constexpr Word bytesToEscape(Word word)
-{
-    const auto bytesEqualTo = [word](unsigned char byte) {
-        return bytesBelow(word ^ inEveryByte(byte), 1);
-    };
-    return bytesBelow(word, 0x20) | bytesEqualTo('"') | bytesEqualTo('\\') | bytesEqualTo('/');
-}
-
-bool mustBeEscaped(char c)
-{
-    return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\' || c == '/';
-}
-
-/// The letter after the backslash of a short escape, 'u' for the long form.
-char escapeLetter(char c)
-{
-    switch (c) {
-    case '\b':
-        return 'b';
-    case '\f':
-        return 'f';
-    case '\n':
-        return 'n';
-    case '\r':
-        return 'r';
-    case '\t':
-        return 't';
-    default:
-        return static_cast<unsigned char>(c) < 0x20 ? 'u' : c;
+    const auto lastControl = _mm_set1_epi8(0x1f);
+    quint64 found = 0;
+    for (int i = 0; i < blockSize; i += 16) {
+        const auto bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(block + i));
+        const auto isEqualTo = [bytes](char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
+        const auto isControl = _mm_cmpeq_epi8(_mm_max_epu8(bytes, lastControl), lastControl);
+        const auto result = _mm_or_si128(_mm_or_si128(isEqualTo('"'), isEqualTo('\\')),
+                                         _mm_or_si128(isEqualTo('/'), isControl));
+        found |= quint64(static_cast<quint32>(_mm_movemask_epi8(result))) << i;
     }
+    return found;
 }
 
-char *writeEscaped(char *to, char c)
+#else
+
+/// A bit for every byte of a block that needs an escape; the first byte's is the lowest. Eight
+/// bytes are compared at once within one number: the sums below do not carry from byte to byte.
+quint64 bytesToEscape(const char *block)
 {
+    constexpr auto inEveryByte = [](quint64 byte) { return byte * 0x0101010101010101; };
+    constexpr quint64 lowBits = inEveryByte(0x7f);
+    quint64 found = 0;
+    for (int i = 0; i < blockSize; i += 8) {
+        const auto bytes = qFromLittleEndian<quint64>(block + i);
+        const quint64 low = bytes & lowBits;
+        // The high bit of each byte is set where the byte is ...
+        const auto isOtherThan = [&](quint64 c) { return (low ^ inEveryByte(c)) + lowBits; };
+        const quint64 isNoControl = low + inEveryByte(0x80 - 0x20);
+        const quint64 isPlain =
+            (isOtherThan('"') & isOtherThan('\\') & isOtherThan('/') & isNoControl) | bytes;
+        const quint64 flags = (~isPlain & ~lowBits) >> 7;
+        // ... and this product collects the eight flags in its highest byte.
+        found |= (flags * 0x0102040810204080 >> 56) << i;
+    }
+    return found;
+}
+
+#endif
+
+/// What to write for one byte, of a size that is copied in one go.
+struct Escape
+{
+    std::array<char, 7> text{};
+    quint8 length = 0; ///< 0 for what is copied as it is
+};
+static_assert(sizeof(Escape) == 8);
+
+constexpr std::array<Escape, 256> escapes = [] {
     constexpr auto hexDigits = "0123456789abcdef";
-    const char letter = escapeLetter(c);
-    *to++ = '\\';
-    *to++ = letter;
-    if (letter == 'u') {
-        *to++ = '0';
-        *to++ = '0';
-        *to++ = hexDigits[c >> 4];
-        *to++ = hexDigits[c & 0xf];
+    std::array<Escape, 256> table{};
+    for (std::size_t control = 0; control < 0x20; ++control) {
+        table[control] = {{'\\', 'u', '0', '0', hexDigits[control >> 4], hexDigits[control & 0xf]},
+                          6};
     }
-    return to;
+    const auto setShort = [&table](char c, char letter) {
+        table[static_cast<unsigned char>(c)] = {{'\\', letter}, 2};
+    };
+    setShort('\b', 'b');
+    setShort('\f', 'f');
+    setShort('\n', 'n');
+    setShort('\r', 'r');
+    setShort('\t', 't');
+    setShort('"', '"');
+    setShort('\\', '\\');
+    setShort('/', '/');
+    return table;
+}();
+
+const Escape &escapeOf(char c)
+{
+    return escapes[static_cast<unsigned char>(c)];
 }
 
-/// Writes a piece to where there is room for its longest form and one word more; returns its end.
+char *writeEscape(char *to, const Escape &escape)
+{
+    std::memcpy(to, &escape, sizeof escape); // more than needed, but of fixed size
+    return to + escape.length;
+}
+
+/// Writes the first `size` bytes of a block to where there is room for their longest form and one
+/// block more; returns its end. Two blocks must be readable.
+///
+/// Copying whole blocks, whatever is needed of them, spares the processor guesses that it gets
+/// wrong.
+char *writeBlock(char *to, const char *block, qsizetype size)
+{
+    quint64 found = bytesToEscape(block);
+    if (size < blockSize) {
+        found &= (quint64{1} << size) - 1;
+    }
+    qsizetype done = 0;
+    for (; found != 0; found &= found - 1) {
+        const int place = std::countr_zero(found);
+        std::memcpy(to, block + done, blockSize);
+        to = writeEscape(to + (place - done), escapeOf(block[place]));
+        done = place + 1;
+    }
+    std::memcpy(to, block + done, blockSize);
+    return to + (size - done);
+}
+
+/// The same for a piece of any size, of which no more than itself need be readable.
 char *writePiece(char *to, QByteArrayView piece)
 {
-    const char *from = piece.begin();
-    while (piece.end() - from >= wordSize) {
-        // Copying first and looking afterwards takes no decision for plain text.
-        std::memcpy(to, from, wordSize);
-        const Word found = bytesToEscape(qFromLittleEndian<Word>(from));
-        const int plainBytes = found == 0 ? int{wordSize} : std::countr_zero(found) / CHAR_BIT;
-        from += plainBytes;
-        to += plainBytes;
-        if (found != 0) {
-            to = writeEscaped(to, *from++);
-        }
+    while (piece.size() >= 2 * blockSize) {
+        to = writeBlock(to, piece.data(), blockSize);
+        piece = piece.sliced(blockSize);
     }
-    for (; from != piece.end(); ++from) {
-        if (mustBeEscaped(*from)) {
-            to = writeEscaped(to, *from);
-        } else {
-            *to++ = *from;
-        }
+    std::array<char, 3 * blockSize> rest{};
+    std::copy(piece.begin(), piece.end(), rest.begin());
+    for (qsizetype i = 0; i < piece.size(); i += blockSize) {
+        to = writeBlock(to, rest.data() + i, std::min(blockSize, piece.size() - i));
     }
     return to;
 }
@@ -125,7 +163,7 @@ void appendJsonStringContent(QByteArray &out, QByteArrayView utf8)
         const QByteArrayView piece = utf8.first(std::min(utf8.size(), pieceSize));
         utf8 = utf8.sliced(piece.size());
         const qsizetype start = out.size();
-        out.resize(start + longestEscape * piece.size() + wordSize);
+        out.resize(start + longestEscape * piece.size() + blockSize);
         out.resize(writePiece(out.data() + start, piece) - out.constData());
     }
 }

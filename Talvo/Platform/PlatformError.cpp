@@ -18,6 +18,17 @@ PlatformError::PlatformError(PlatformFailure failure, const QString &detail)
 {
 }
 
+PlatformError::PlatformError(PlatformFailure failure, const Described &text)
+    : TypedError(text.description)
+    , m_failure(failure)
+{
+}
+
+PlatformError PlatformError::withAdvice(const QString &sentence) const
+{
+    return {m_failure, Described{localizedDescription() + u' ' + sentence}};
+}
+
 QString platformFailureText(PlatformFailure failure)
 {
     switch (failure) {

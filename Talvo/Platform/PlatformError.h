@@ -34,10 +34,19 @@ public:
     ///               never the content of a message.
     explicit PlatformError(PlatformFailure failure, const QString &detail = {});
 
+    /// The same failure with one more sentence behind its own: what follows from it, or what to do.
+    [[nodiscard]] PlatformError withAdvice(const QString &sentence) const;
+
     /// Which failure this is. Any thread.
     [[nodiscard]] PlatformFailure failure() const noexcept { return m_failure; }
 
 private:
+    struct Described
+    {
+        QString description;
+    };
+    PlatformError(PlatformFailure failure, const Described &text);
+
     PlatformFailure m_failure;
 };
 

@@ -26,7 +26,7 @@ class KeySettings : public QObject
     Q_OBJECT
     QML_ELEMENT
     /// Where the key is kept.
-    Q_PROPERTY(Talvo::KeychainStore keychain MEMBER m_keychain REQUIRED)
+    Q_PROPERTY(Talvo::KeychainStore keychain READ keychain WRITE setKeychain REQUIRED)
     /// The text of the key field.
     Q_PROPERTY(QString apiKey READ apiKey WRITE setApiKey NOTIFY apiKeyChanged)
     Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusChanged)
@@ -42,6 +42,8 @@ public:
     ~KeySettings() override;
     Q_DISABLE_COPY_MOVE(KeySettings)
 
+    [[nodiscard]] KeychainStore keychain() const { return m_keychain; }
+    void setKeychain(const KeychainStore &keychain) { m_keychain = keychain; }
     [[nodiscard]] const QString &apiKey() const { return m_apiKey; }
     void setApiKey(const QString &apiKey);
     [[nodiscard]] const QString &statusMessage() const { return m_statusMessage; }

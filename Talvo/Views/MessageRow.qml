@@ -15,7 +15,7 @@ Item {
 
     readonly property int horizontalPadding: 14
     readonly property int verticalPadding: 11
-    readonly property int columnWidth: Math.min(row.width - 2 * 24, 860)
+    readonly property int columnWidth: Math.min(row.width, 860) - 2 * 24
     readonly property int columnX: Math.round((row.width - row.columnWidth) / 2)
     /// The widest that the bubble's content may become: avatar, two gaps and 80 of free space go off.
     readonly property int maximumContentWidth: row.columnWidth - avatar.width - 2 * 12 - 80 - 2 * row.horizontalPadding

@@ -1,11 +1,14 @@
 #include "Views/SessionListModel.h"
 
+#include <QLocale>
+
 #include <algorithm>
 
 namespace Talvo {
 
 SessionListModel::SessionListModel(QObject *parent)
     : QAbstractListModel(parent)
+    , m_dateFormatter(QLocale().name(), QByteArray())
 {
 }
 

@@ -68,7 +68,7 @@ private:
     ChatModel *m_controller = nullptr;
     std::vector<Row> m_rows;
     int m_selectedRow = -1;
-    RelativeDateFormatter m_dateFormatter;
+    const RelativeDateFormatter m_dateFormatter;
 };
 
 } // namespace Talvo

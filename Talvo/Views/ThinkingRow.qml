@@ -5,7 +5,7 @@ import Talvo.Views
 Item {
     id: row
 
-    readonly property int columnWidth: Math.min(row.width - 2 * 24, 860)
+    readonly property int columnWidth: Math.min(row.width, 860) - 2 * 24
 
     height: 30
     Accessible.role: Accessible.StaticText

@@ -91,7 +91,7 @@ const TitleReply titleReplies[] = {
     {"onlyAsterisks", QStringLiteral("** **"), QStringLiteral("Yeni Sohbet")},
 };
 INSTANTIATE_TEST_SUITE_P(Replies, AutomaticTitle, testing::ValuesIn(titleReplies),
-                         [](const auto &info) { return std::string(info.param.name); });
+                         [](const auto &test) { return std::string(test.param.name); });
 
 TEST_F(ChatModelFollowUps, aTitleChangesNeitherDateNorPlace)
 {

@@ -52,7 +52,7 @@ TEST_P(CleanTitle, removesMarkupAndQuotesOnly)
 }
 
 INSTANTIATE_TEST_SUITE_P(Titles, CleanTitle, testing::ValuesIn(titleCases),
-                         [](const auto &info) { return std::string(info.param.name); });
+                         [](const auto &test) { return std::string(test.param.name); });
 
 TEST(StoredTitle, isCutToSixtyCharacters)
 {

@@ -59,3 +59,44 @@ TEST(JsonText, numbersReadBackAsTheSameDouble)
         EXPECT_EQ(std::strtod(number(value).constData(), nullptr), value);
     }
 }
+
+TEST(JsonText, findsEveryByteAtEveryPlace)
+{
+    // Eight bytes are looked at together: no byte may hide or feign its neighbour.
+    for (int byte = 0; byte < 256; ++byte) {
+        const char c = static_cast<char>(byte);
+        const QByteArray alone = string(QByteArrayView(&c, 1)).mid(1).chopped(1);
+        for (qsizetype place = 0; place < 20; ++place) {
+            for (const char neighbour : {'a', '\x20', '\x21', '\x23', '\x2e', '\x30', '\x5b',
+                                         '\x5d', '\x7f', '\x80', '\xff'}) {
+                QByteArray text(20, neighbour);
+                text[place] = c;
+                const QByteArray expected = "\"" + QByteArray(place, neighbour) + alone +
+                                            QByteArray(19 - place, neighbour) + "\"";
+                ASSERT_EQ(string(text), expected) << byte << " at " << place;
+            }
+        }
+    }
+}
+
+TEST(JsonText, escapesLongTexts)
+{
+    for (const qsizetype size : {16383, 16384, 16385, 100000}) {
+        EXPECT_EQ(string(QByteArray(size, '\x01')),
+                  "\"" + QByteArray("\\u0001").repeated(size) + "\"");
+        EXPECT_EQ(string(QByteArray(size, 'x')), "\"" + QByteArray(size, 'x') + "\"");
+    }
+}
+
+TEST(JsonText, piecesJoinToTheWhole)
+{
+    const QByteArray text = "ağ/\"\\\n\x1f 😀";
+    QByteArray whole;
+    appendJsonStringContent(whole, text);
+    for (qsizetype cut = 0; cut <= text.size(); ++cut) {
+        QByteArray joined;
+        appendJsonStringContent(joined, QByteArrayView(text).first(cut));
+        appendJsonStringContent(joined, QByteArrayView(text).sliced(cut));
+        EXPECT_EQ(joined, whole);
+    }
+}

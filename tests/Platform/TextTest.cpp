@@ -54,3 +54,12 @@ TEST(Text, canonicalEquality)
     EXPECT_TRUE(isCanonicallyEqualUtf8("\xC3\xA9", "e\xCC\x81"));
     EXPECT_FALSE(isCanonicallyEqual(u"a", u"A"));
 }
+
+TEST(Text, fromUtf8KeepsEveryCharacter)
+{
+    EXPECT_EQ(textFromUtf8("\xEF\xBB\xBFığ😀"), QStringLiteral("\uFEFFığ😀"));
+    EXPECT_EQ(textFromUtf8(QByteArrayView("a\0b", 3)).size(), 3);
+    EXPECT_EQ(textFromUtf8("a\xFF"), QStringLiteral("a\uFFFD"));
+    EXPECT_EQ(textFromUtf8(""), QString());
+    EXPECT_FALSE(isCanonicallyEqualUtf8("\xEF\xBB\xBFx", "x"));
+}

@@ -26,3 +26,16 @@ TEST(UuidText, readsTheNilIdentifier)
 {
     EXPECT_EQ(uuidFromText("00000000-0000-0000-0000-000000000000"), QUuid());
 }
+
+TEST(UuidText, agreesWithTheLibraryForEveryDigit)
+{
+    for (int round = 0; round < 1000; ++round) {
+        const QUuid id = QUuid::createUuid();
+        const QString expected = id.toString(QUuid::WithoutBraces).toUpper();
+        EXPECT_EQ(uuidText(id), expected);
+        QByteArray appended = "x";
+        appendUuidText(appended, id);
+        EXPECT_EQ(appended, "x" + expected.toLatin1());
+        EXPECT_EQ(uuidFromText(expected.toLatin1()), id);
+    }
+}

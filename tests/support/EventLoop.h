@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QThread>
 
 #include <functional>
 
@@ -19,7 +20,8 @@ inline bool waitUntil(const std::function<bool()> &condition)
         if (elapsed.hasExpired(limitInMilliseconds)) {
             return false;
         }
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QThread::msleep(1);
     }
     return true;
 }

@@ -48,14 +48,17 @@ void MemoryFileManager::replaceFile(const QString &path,
     m_saves.push_back(bytes);
 }
 
-void MemoryFileManager::linkFile(const QString &existing, const QString &additional) const
+FileManager::LinkOutcome MemoryFileManager::linkFile(const QString &existing,
+                                                     const QString &name) const
 {
     const std::lock_guard lock(m_mutex);
     const auto file = m_files.find(existing);
-    if (file == m_files.end() || m_files.contains(additional)) {
-        throw PlatformError(PlatformFailure::archiveNotKept);
+    if (file == m_files.end()) {
+        return LinkOutcome::fileMissing;
     }
-    m_files[additional] = file->second;
+    const QString additional = existing.first(existing.lastIndexOf(u'/') + 1) + name;
+    const bool isAdded = m_files.try_emplace(additional, file->second).second;
+    return isAdded ? LinkOutcome::linked : LinkOutcome::nameTaken;
 }
 
 void MemoryFileManager::put(const QString &path, const QByteArray &content)

@@ -3,6 +3,8 @@
 #include "Platform/FileManager.h"
 #include "Platform/PlatformError.h"
 
+#include <QStringList>
+
 #include <condition_variable>
 #include <map>
 #include <mutex>
@@ -26,7 +28,8 @@ public:
     [[nodiscard]] QByteArray readFile(const QString &path, qsizetype padding) const override;
     void replaceFile(const QString &path,
                      const std::function<void(const Sink &)> &produce) const override;
-    void linkFile(const QString &existing, const QString &additional) const override;
+    [[nodiscard]] LinkOutcome linkFile(const QString &existing,
+                                       const QString &name) const override;
 
     void put(const QString &path, const QByteArray &content);
     [[nodiscard]] std::optional<QByteArray> content(const QString &path) const;

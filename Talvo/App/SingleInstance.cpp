@@ -1,0 +1,96 @@
+#include "App/SingleInstance.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QLocalSocket>
+#include <QStandardPaths>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace Talvo {
+
+namespace {
+
+constexpr int answerLimitInMilliseconds = 3000;
+constexpr auto answer = "ok";
+
+/// One name for each directory, in the folder that belongs to this user's session.
+QString socketName(const QString &directory)
+{
+    const QByteArray hash =
+        QCryptographicHash::hash(QDir(directory).absolutePath().toUtf8(), QCryptographicHash::Sha256)
+            .toHex()
+            .first(16);
+    const QString runtime =
+        QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    return QStringLiteral("%1/talvo-%2").arg(runtime, QString::fromLatin1(hash));
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(const QString &directory, QObject *parent)
+    : QObject(parent)
+    , m_socketName(socketName(directory))
+{
+    const LockResult result = lock(directory);
+    m_isFirst = result == LockResult::taken || (result == LockResult::impossible && !raiseFirst());
+    if (m_isFirst) {
+        listen();
+    }
+}
+
+SingleInstance::~SingleInstance()
+{
+    if (m_lockedDirectory >= 0) {
+        ::close(m_lockedDirectory);
+    }
+}
+
+SingleInstance::LockResult SingleInstance::lock(const QString &directory)
+{
+    if (directory.isEmpty() || !QDir().mkpath(directory)) {
+        return LockResult::impossible;
+    }
+    const int descriptor =
+        ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return LockResult::impossible;
+    }
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
+        m_lockedDirectory = descriptor;
+        return LockResult::taken;
+    }
+    const bool isTaken = errno == EWOULDBLOCK;
+    ::close(descriptor);
+    return isTaken ? LockResult::takenByAnother : LockResult::impossible;
+}
+
+void SingleInstance::listen()
+{
+    // What a killed process left behind: the lock says that nobody listens there.
+    QLocalServer::removeServer(m_socketName);
+    m_server.setSocketOptions(QLocalServer::UserAccessOption);
+    connect(&m_server, &QLocalServer::newConnection, this, [this] {
+        while (QLocalSocket *caller = m_server.nextPendingConnection()) {
+            connect(caller, &QLocalSocket::disconnected, caller, &QObject::deleteLater);
+            caller->write(answer);
+            caller->disconnectFromServer();
+            Q_EMIT raiseRequested();
+        }
+    });
+    m_server.listen(m_socketName);
+}
+
+bool SingleInstance::raiseFirst() const
+{
+    QLocalSocket socket;
+    socket.connectToServer(m_socketName);
+    return socket.waitForConnected(answerLimitInMilliseconds) &&
+           (socket.bytesAvailable() > 0 || socket.waitForReadyRead(answerLimitInMilliseconds));
+}
+
+} // namespace Talvo

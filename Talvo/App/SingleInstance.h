@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QLocalServer>
+#include <QObject>
+#include <QString>
+
+namespace Talvo {
+
+/// Makes sure that one process at most works on the archives below a directory.
+///
+/// The first process holds a lock on the directory for as long as it lives, which ends with it
+/// however it ends, and listens on a local socket; a later one finds the lock taken and asks the
+/// first, through the socket, to show its window. Main thread.
+class SingleInstance : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Tries to become the first. @param directory where the archive's folder is; made when missing
+    explicit SingleInstance(const QString &directory, QObject *parent = nullptr);
+    ~SingleInstance() override;
+    Q_DISABLE_COPY_MOVE(SingleInstance)
+
+    /// This process is the only one. Where the file system cannot lock, the socket alone decides.
+    [[nodiscard]] bool isFirst() const { return m_isFirst; }
+
+    /// Asks the first process to show its window; false when it does not answer within a few seconds.
+    [[nodiscard]] bool raiseFirst() const;
+
+Q_SIGNALS:
+    /// Another process was started and has handed over to this one.
+    void raiseRequested();
+
+private:
+    enum class LockResult
+    {
+        taken,
+        takenByAnother,
+        impossible,
+    };
+    [[nodiscard]] LockResult lock(const QString &directory);
+    void listen();
+
+    const QString m_socketName;
+    QLocalServer m_server;
+    int m_lockedDirectory = -1;
+    bool m_isFirst = false;
+};
+
+} // namespace Talvo

@@ -1,0 +1,42 @@
+#include "Chat/ChatArchiveCoding.h"
+#include "Platform/PlatformError.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
+
+using namespace Talvo;
+
+namespace {
+
+std::optional<ChatArchive> decoded(const QByteArray &document)
+{
+    try {
+        return decodeArchive(document);
+    } catch (const PlatformError &error) {
+        if (error.failure() != PlatformFailure::archiveNotValid) {
+            std::abort();
+        }
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+/// Whatever the bytes are, they are read or refused; what was read survives another round, and its
+/// bytes are the same ever after.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const QByteArray input(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
+    const auto archive = decoded(input);
+    if (!archive) {
+        return 0;
+    }
+    const QByteArray document = encodeArchive(*archive);
+    const auto again = decoded(document);
+    if (again != archive || encodeArchive(*again) != document) {
+        std::abort();
+    }
+    return 0;
+}
