@@ -87,7 +87,8 @@ class Scenario(unittest.TestCase):
         self._started = []
 
     def tearDown(self):
-        if not self._outcome.success: # unittest keeps what has happened so far nowhere else
+        result = self._outcome.result # unittest keeps what has happened so far nowhere else
+        if any(test is self for test, _ in result.failures + result.errors):
             self._report()
         for talvo in self._started:
             talvo.kill()
@@ -121,4 +122,4 @@ class Scenario(unittest.TestCase):
         if self.talvo and self.talvo.is_running():
             print("window:\n" + self.talvo.window.tree())
         self.output.seek(0)
-        print("output:\n" + self.output.read())
+        print("output:\n" + self.output.read(), flush=True)

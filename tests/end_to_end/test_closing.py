@@ -52,13 +52,13 @@ class Closing(Scenario):
         wait_until(lambda: content_of(self.composer()) == "Selam", "the typed draft")
         return window
 
-    def slow_disk(self):
-        """A tracer that delays the step which puts a new archive in the place of the old one."""
-        calls = "rename,renameat,renameat2"
-        return (
-            "strace", "-f", "--seccomp-bpf", "-qqq", "-o", str(self.home / "trace"),
+    def start_on_slow_disk(self, calls, *selection):
+        """Starts Talvo below a tracer that delays these system calls."""
+        self.environment["ASAN_OPTIONS"] = "detect_leaks=0" # the leak check cannot be traced itself
+        return self.start((
+            "strace", "-f", "-qqq", "-o", str(self.home / "trace"), *selection,
             "-e", f"trace={calls}", "-e", f"inject={calls}:delay_enter={DELAY}",
-        )
+        ))
 
     def messages(self):
         """The contents of the stored conversation's messages; fails when the archive is not whole."""
@@ -73,15 +73,13 @@ class Closing(Scenario):
                 if path.name != self.archive_path.name]
 
     def test_while_the_archive_is_loaded(self):
-        self.archive_path.write_text(
-            json.dumps({**SAVED, "memory": SAVED["memory"], "filler": ["x" * 50] * 600_000}),
-            encoding="utf-8",
-        )
-        window = self.start()
+        window = self.start_on_slow_disk("openat", "-P", str(self.archive_path))
         wait_until(window.root, "the program on the accessibility bus")
         self.composer()
+        self.assertNotIn("Eski sohbet", window.texts(), "the disk was to be slower than this test")
         self.close()
         self.assertEqual(self.messages(), ["Merhaba"])
+        self.assertEqual(self.leftovers(), [])
 
     def test_while_the_key_is_read(self):
         window = self.start_to_type()
@@ -95,8 +93,7 @@ class Closing(Scenario):
         self.assertEqual(self.service.requests, [])
 
     def test_while_the_message_is_saved(self):
-        self.environment["ASAN_OPTIONS"] = "detect_leaks=0" # the leak check cannot be traced itself
-        window = self.start(self.slow_disk())
+        window = self.start_on_slow_disk("rename,renameat,renameat2", "--seccomp-bpf")
         window.row("Eski sohbet")
         window.type_into(self.composer(), "Selam")
         wait_until(lambda: content_of(self.composer()) == "Selam", "the typed draft")
