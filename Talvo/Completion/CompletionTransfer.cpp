@@ -23,8 +23,7 @@ bool hasNoBody(int status)
 std::optional<qint64> declaredSize(const QNetworkReply &reply)
 {
     bool isNumber = false;
-    const qint64 size =
-        reply.header(QNetworkRequest::ContentLengthHeader).toLongLong(&isNumber);
+    const qint64 size = reply.header(QNetworkRequest::ContentLengthHeader).toLongLong(&isNumber);
     return isNumber && size >= 0 ? std::optional(size) : std::nullopt;
 }
 

@@ -103,9 +103,8 @@ GroqClient::GroqError apiError(int status, const QByteArray &body)
 {
     const auto envelope = APIErrorEnvelope::decoded(body);
     return GroqClient::GroqError::api(
-        status, envelope
-                    ? envelope->error.message
-                    : QStringLiteral("Groq isteği başarısız oldu (HTTP %1).").arg(status));
+        status, envelope ? envelope->error.message
+                         : QStringLiteral("Groq isteği başarısız oldu (HTTP %1).").arg(status));
 }
 
 /// The reply's text, as it was received. Throws what the answer itself reports or does not hold.
@@ -216,8 +215,8 @@ QCoro::Task<QByteArray> GroqClient::complete(ChatMessageList messages, QString a
                                                  std::move(model), std::move(systemPrompt));
     cancellation.throwIfCancelled();
 
-    CompletionTransfer::Answer received = co_await answer(
-        session, std::move(request), std::move(body), idleTimeout, cancellation);
+    CompletionTransfer::Answer received =
+        co_await answer(session, std::move(request), std::move(body), idleTimeout, cancellation);
     if (!received.status) {
         throw GroqError::invalidResponse();
     }

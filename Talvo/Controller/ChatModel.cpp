@@ -40,6 +40,8 @@ ChatModel::ChatModel(Services services, QObject *parent)
 
 ChatModel::~ChatModel()
 {
+    // A cancelled request resumes its coroutine at once: that must not begin the next one.
+    m_isClosing = true;
     m_client->cancelRequests();
 }
 

@@ -9,10 +9,9 @@ namespace Talvo::InlineEncoding {
 
 namespace {
 
-/// Before a line ending that follows an odd number of backslashes.
-constexpr char hardBreakMark = '\v';
-
-constexpr std::string_view tab = "\t ";
+constexpr std::string_view tab = "\t  ";
+constexpr std::string_view lineEnding = "\t\t";
+constexpr std::string_view lineEndingAfterBackslash = "\t \t";
 
 /// Characters that make a text more than plain wherever they stand.
 constexpr std::array<bool, 128> makeMarkupTable()
@@ -94,14 +93,17 @@ Characters decodedWith(std::string_view utf8, QChar lineEndingCharacter)
         return std::string_view(in, end).starts_with(prefix);
     };
     while (in < end) {
-        if (*in == '\\' && startsWith(hardBreak)) {
-            in += 2;
-            *out++ = u'\\';
-        }
         if (*in == '\t') {
-            const bool isLineEnding = startsWith(lineEnding);
-            *out++ = isLineEnding ? lineEndingCharacter : QChar(u'\t');
-            in += isLineEnding || startsWith(tab) ? 2 : 1;
+            if (startsWith(lineEnding)) {
+                in += lineEnding.size();
+                *out++ = lineEndingCharacter;
+            } else if (startsWith(lineEndingAfterBackslash)) {
+                in += lineEndingAfterBackslash.size();
+                *out++ = lineEndingCharacter;
+            } else {
+                in += startsWith(tab) ? tab.size() : 1; // one alone was an entity
+                *out++ = u'\t';
+            }
             continue;
         }
         const char32_t c = nextCodePoint(in, end);
@@ -158,10 +160,7 @@ Bytes encoded(QStringView text)
             }
             [[fallthrough]];
         case u'\n':
-            if (isAfterOddBackslash) {
-                out.put(hardBreakMark);
-            }
-            out.put(lineEnding);
+            out.put(isAfterOddBackslash ? lineEndingAfterBackslash : lineEnding);
             break;
         case u'\t':
             out.put(tab);
@@ -185,6 +184,11 @@ Bytes encoded(QStringView text)
     out.put('\n'); // saves the library a copy of an unfinished line
     result.resize(out.end() - result.data());
     return result;
+}
+
+bool holdsLineEnding(std::string_view utf8)
+{
+    return utf8.find(lineEnding) != utf8.npos || utf8.find(lineEndingAfterBackslash) != utf8.npos;
 }
 
 Characters decoded(std::string_view utf8)

@@ -139,7 +139,7 @@ private:
     [[nodiscard]] bool openAddressed(cmark_node *node, QString Attributes::*address)
     {
         const std::string_view url = cmark_node_get_url(node);
-        if (url.find(InlineEncoding::lineEnding) != std::string_view::npos) {
+        if (InlineEncoding::holdsLineEnding(url)) {
             return false;
         }
         Attributes &attributes = open();
@@ -219,10 +219,6 @@ AttributedString plainText(QStringView text)
 
 [[nodiscard]] bool interpretPiece(QStringView piece, AttributedStringBuilder &builder)
 {
-    if (InlineEncoding::isPlain(piece)) {
-        builder.append(piece, {});
-        return true;
-    }
     const InlineEncoding::Bytes source = InlineEncoding::encoded(piece);
     return PieceReader({source.constData(), static_cast<std::size_t>(source.size())}, builder)
         .read();
@@ -233,7 +229,7 @@ AttributedString plainText(QStringView text)
 AttributedString inlineText(QStringView text)
 {
     QStringView rest = text.startsWith(QChar::ByteOrderMark) ? text.sliced(1) : text;
-    if (rest.size() <= pieceSize && InlineEncoding::isPlain(rest)) {
+    if (InlineEncoding::isPlain(rest)) {
         return plainText(rest);
     }
     AttributedStringBuilder builder;

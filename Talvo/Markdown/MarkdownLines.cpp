@@ -11,7 +11,8 @@ namespace {
 bool endsLine(QChar c)
 {
     // Most characters are decided without a call.
-    return c <= u'\r' ? c >= u'\n' : c >= u'\u0085' && isNewline(c.unicode());
+    const char16_t code = c.unicode();
+    return code <= u'\r' ? code >= u'\n' : (code == 0x85 || code >= 0x2028) && isNewline(code);
 }
 
 } // namespace

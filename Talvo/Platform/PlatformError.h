@@ -7,17 +7,17 @@ namespace Talvo {
 /// Everything that the system below this application can do wrong; each has one Turkish sentence.
 enum class PlatformFailure {
     // network
-    noConnection,      ///< no route, no network, host name not found
-    connectionRefused, ///< nothing listens at the address, or a proxy refuses
-    connectionLost,    ///< the connection ended before the whole answer was there
-    timedOut,          ///< nothing arrived for the whole idle time
-    tlsFailure,        ///< no trusted secure connection to the service
-    replyTooLarge,     ///< the answer exceeds its bound
+    noConnection,       ///< no route, no network, host name not found
+    connectionRefused,  ///< nothing listens at the address, or a proxy refuses
+    connectionLost,     ///< the connection ended before the whole answer was there
+    timedOut,           ///< nothing arrived for the whole idle time
+    tlsFailure,         ///< no trusted secure connection to the service
+    replyTooLarge,      ///< the answer exceeds its bound
     requestNotSendable, ///< it holds what no request can carry
-    requestCancelled,  ///< stopped by the application itself
-    networkFailure,    ///< any other failure of the transfer
-    replyNotDecodable, ///< the answer is not the JSON that it should be
-                       // archive
+    requestCancelled,   ///< stopped by the application itself
+    networkFailure,     ///< any other failure of the transfer
+    replyNotDecodable,  ///< the answer is not the JSON that it should be
+                        // archive
     archiveNotReadable, ///< the file exists but cannot be read
     archiveNotValid,    ///< the file was read but is no archive
     archiveNotWritable, ///< the file cannot be written or replaced

@@ -54,7 +54,8 @@ UDate boundedDate(Instant instant, UDate fallback)
     return std::isnan(date) ? fallback : std::clamp(date, -farthest, farthest);
 }
 
-/// Rule 1: the reference whose distance to the date is a whole number of seconds.
+/// The reference, moved by less than a second, whose distance to the date is a whole number of
+/// seconds.
 UDate shiftedReference(UDate reference, UDate date)
 {
     const double seconds = std::round((reference - date) / millisecondsPerSecond);
@@ -87,7 +88,8 @@ public:
         return QString::fromUtf16(text.getBuffer(), text.length());
     }
 
-    /// Rules 2 to 4.
+    /// Times of day are rounded, days and longer counted by the calendar: yesterday is what lies
+    /// before the last midnight, last week what lies before this week.
     [[nodiscard]] Distance distance(UDate reference, UDate date)
     {
         const Difference counts = difference(reference, date);
@@ -146,7 +148,8 @@ Difference RelativeDateFormatter::Calendar::difference(UDate from, UDate to)
     return counts;
 }
 
-/// Rule 3. What rounding makes a whole larger unit is found by measuring the rounded distance.
+/// Hours by minutes and minutes by seconds, halves away from zero. What rounding makes a whole
+/// larger unit is found by measuring the rounded distance.
 Distance RelativeDateFormatter::Calendar::rounded(UDate reference, const Difference &counts,
                                                   std::size_t largest)
 {
@@ -158,7 +161,7 @@ Distance RelativeDateFormatter::Calendar::rounded(UDate reference, const Differe
     return largestOf(difference(reference, reference + whole * units[largest].milliseconds));
 }
 
-/// Rule 4: the first moment or the last second of the year, month, week or day around a moment.
+/// The first moment or the last second of the year, month, week or day around a moment.
 UDate RelativeDateFormatter::Calendar::edgeOfUnit(UDate reference, std::size_t unitIndex,
                                                   bool atEnd)
 {

@@ -21,6 +21,22 @@ FocusScope {
         isSending: chatView.model.isAwaitingResponse
     }
 
+    ScrollBarV {
+        id: scrollBar
+
+        // The list's own idea of its extent knows nothing of where the content begins.
+        readonly property real extent: Math.max(1, messageList.endY - messageList.startY)
+
+        anchors.right: messageList.right
+        anchors.top: messageList.top
+        anchors.bottom: messageList.bottom
+        active: messageList.moving
+        size: messageList.height / extent
+        position: (messageList.contentY - messageList.startY) / extent
+        onPositionChanged: if (pressed)
+            messageList.contentY = messageList.startY + position * extent
+    }
+
     Rectangle {
         id: divider
 

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Talvo.Views
 
 /// The scrolling messages of a conversation. Follows the end when a message comes or the thinking
@@ -13,6 +12,9 @@ Flickable {
     /// From here to the end of the content goes the follow animation.
     property real followStart: 0
     property real followProgress: 1
+    /// Where the content begins and ends, in the coordinates of contentY.
+    readonly property alias startY: column.originY
+    readonly property alias endY: column.endY
     readonly property real endContentY: Math.max(column.originY, column.endY - list.height)
 
     function scrollToEnd(): void {
@@ -34,7 +36,6 @@ Flickable {
         list.contentY = Math.max(column.originY, Math.min(wanted, list.endContentY));
     }
 
-    clip: true
     contentWidth: width
     contentHeight: column.endY
     topMargin: -column.originY
@@ -55,14 +56,6 @@ Flickable {
         duration: Theme.duration * 1.4
         easing.type: Easing.OutCubic
         onStopped: column.isFollowing = false
-    }
-
-    T.ScrollBar.vertical: ScrollBarV {
-        // The Flickable's own idea of the extent knows nothing of where the content begins.
-        size: list.height / Math.max(1, column.endY - column.originY)
-        position: (list.contentY - column.originY) / Math.max(1, column.endY - column.originY)
-        onPositionChanged: if (pressed)
-            list.contentY = column.originY + position * (column.endY - column.originY)
     }
 
     MessageColumn {

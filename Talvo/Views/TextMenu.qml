@@ -8,6 +8,8 @@ T.Menu {
 
     /// A TextInput or TextEdit.
     required property var target
+    /// What copies: the text itself, unless it has help with that.
+    property var copier: menu.target
     readonly property bool selected: menu.target.selectionStart !== menu.target.selectionEnd
 
     width: 190
@@ -24,7 +26,7 @@ T.Menu {
     TextMenuItem {
         text: qsTr("Kopyala")
         enabled: menu.selected && menu.target.echoMode !== TextInput.Password
-        onTriggered: menu.target.copy()
+        onTriggered: menu.copier.copy()
     }
 
     TextMenuItem {

@@ -29,9 +29,9 @@ CompletionRequest requestWith(const QByteArray &content)
 
 TEST(RequestMessages, keepTheConversationsOrderAndContent)
 {
-    const auto messages = requestMessages({ChatMessage::make(Role::user, "  Merhaba \n"),
-                                           ChatMessage::make(Role::assistant, "")},
-                                          std::nullopt);
+    const auto messages = requestMessages(
+        {ChatMessage::make(Role::user, "  Merhaba \n"), ChatMessage::make(Role::assistant, "")},
+        std::nullopt);
     ASSERT_EQ(messages.size(), 2U);
     EXPECT_EQ(messages[0].role, QLatin1StringView("user"));
     EXPECT_EQ(messages[0].content, "  Merhaba \n");
@@ -90,8 +90,9 @@ TEST(CompletionRequest, keepsEveryCharacterOfAContent)
     for (char character = 0; character < 0x7f; ++character) {
         everyAscii.append(character);
     }
-    const QByteArray contents[] = {everyAscii, "\x7f", "ğüşöçıİ", "👩‍👩‍👧‍👦", "\xE2\x80\xA8", "\\u0041",
-                                   "a/b\\c\"d"};
+    const QByteArray contents[] = {
+        everyAscii,     "\x7f",    "ğüşöçıİ",  "👩‍👩‍👧‍👦",
+        "\xE2\x80\xA8", "\\u0041", "a/b\\c\"d"};
     for (const QByteArray &content : contents) {
         const auto body = decodedBody(requestWith(content));
         const auto message = body[u"messages"].toArray().at(0).toObject();

@@ -55,7 +55,7 @@ TEST(GroqClientCancellation, stopsACallWhoseBodyIsDecoded)
     // The transfer has ended; in the loop's next turn the worker has the body.
     QObject::connect(
         call.session.get(), &QNetworkAccessManager::finished, call.session.get(),
-        [client = call.client](const QNetworkReply * /*reply*/) { client.cancelRequests(); },
+        [&call](const QNetworkReply * /*reply*/) { call.client.cancelRequests(); },
         Qt::QueuedConnection);
     EXPECT_EQ(call.end().failure, PlatformFailure::requestCancelled);
 }
@@ -63,9 +63,10 @@ TEST(GroqClientCancellation, stopsACallWhoseBodyIsDecoded)
 TEST(GroqClientCancellation, stopsEveryCallOfTheClientAndOfItsCopiesOnly)
 {
     const LoopbackService service({ScriptedAnswer().then(End::hang)});
-    const LoopbackService otherService(
-        {ScriptedAnswer().pausing(50ms).sending("HTTP/1.1 200 OK\r\n\r\n" + successBody("x"))
-             .then(End::close)});
+    const LoopbackService otherService({ScriptedAnswer()
+                                            .pausing(50ms)
+                                            .sending("HTTP/1.1 200 OK\r\n\r\n" + successBody("x"))
+                                            .then(End::close)});
     const ClientCall call(service);
     const GroqClient copy = call.client;
     const GroqClient other(call.session, otherService.url());
@@ -98,8 +99,7 @@ TEST(GroqClientCancellation, isNotTakenForATimeoutOrTheReverse)
 
     const ClientCall call(service, 10s);
     auto task = call.started();
-    QTimer::singleShot(50ms, call.session.get(),
-                       [client = call.client] { client.cancelRequests(); });
+    QTimer::singleShot(50ms, call.session.get(), [&call] { call.client.cancelRequests(); });
     EXPECT_EQ(endOf(std::move(task)).failure, PlatformFailure::requestCancelled);
 }
 
@@ -116,9 +116,10 @@ TEST(GroqClientCancellation, mayReleaseTheClientFromACallThatItEnds)
 
 TEST(GroqClientLifetime, aCallOutlivesItsClientAndSession)
 {
-    const LoopbackService service(
-        {ScriptedAnswer().pausing(30ms).sending("HTTP/1.1 200 OK\r\n\r\n" + successBody("x"))
-             .then(End::close)});
+    const LoopbackService service({ScriptedAnswer()
+                                       .pausing(30ms)
+                                       .sending("HTTP/1.1 200 OK\r\n\r\n" + successBody("x"))
+                                       .then(End::close)});
     auto call = std::make_unique<ClientCall>(service);
     auto task = call->started();
     call.reset();
@@ -128,7 +129,8 @@ TEST(GroqClientLifetime, aCallOutlivesItsClientAndSession)
 TEST(GroqClientLifetime, aCallNobodyAwaitsEndsByItself)
 {
     // Left in each of its phases; the sanitizer sees what is not released.
-    const LoopbackService service({ScriptedAnswer().pausing(20ms)
+    const LoopbackService service({ScriptedAnswer()
+                                       .pausing(20ms)
                                        .sending("HTTP/1.1 200 OK\r\n\r\n" + successBody("x"))
                                        .then(End::close)});
     std::weak_ptr<QNetworkAccessManager> session;

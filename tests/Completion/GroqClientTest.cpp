@@ -46,11 +46,19 @@ const AnsweredCall answeredCalls[] = {
     {"201", 201, successBody("Merhaba"), "Merhaba", {}, {}},
     {"299", 299, successBody("Merhaba"), "Merhaba", {}, {}},
     {"untrimmed", 200, successBody(" söz\\n"), " söz\n", {}, {}},
-    {"onlyFirstChoice", 200,
-     R"({"choices":[{"message":{"content":"a"}},{"message":{"content":"b"}}]})", "a", {}, {}},
+    {"onlyFirstChoice",
+     200,
+     R"({"choices":[{"message":{"content":"a"}},{"message":{"content":"b"}}]})",
+     "a",
+     {},
+     {}},
     {"noChoices", 200, R"({"choices":[]})", {}, Case::emptyResponse, emptyText},
     {"emptyContent", 200, successBody(""), {}, Case::emptyResponse, emptyText},
-    {"blankContent", 200, successBody(" \\n\\t\\r \\u00a0\\u2028"), {}, Case::emptyResponse,
+    {"blankContent",
+     200,
+     successBody(" \\n\\t\\r \\u00a0\\u2028"),
+     {},
+     Case::emptyResponse,
      emptyText},
     {"zeroWidthSpaceIsNotBlank", 200, successBody("\\u200b"), "\xE2\x80\x8B", {}, {}},
     {"choicesMissing", 200, R"({"id":"x"})", {}, {}, undecodableText},
@@ -147,9 +155,9 @@ TEST(GroqClient, sendsTheKeyAsItIs)
 
 TEST(GroqClient, sendsNothingForAKeyWithAControlCharacter)
 {
-    const QString keys[] = {QStringLiteral("a\r\nX-Injected: 1"), QStringLiteral("a\nb"),
-                            QStringLiteral("a\r"), QStringLiteral("a") + QChar(0),
-                            QStringLiteral("a\tb"), QStringLiteral("a\x7f")};
+    const QString keys[] = {
+        QStringLiteral("a\r\nX-Injected: 1"), QStringLiteral("a\nb"), QStringLiteral("a\r"),
+        QStringLiteral("a") + QChar(0),       QStringLiteral("a\tb"), QStringLiteral("a\x7f")};
     const LoopbackService service({ScriptedAnswer::http(200, successBody("x"))});
     for (const QString &key : keys) {
         const CallEnd end = endOf(ClientCall(service).started(key));
@@ -176,9 +184,12 @@ TEST(GroqClient, answersOverlappingCallsEachWithItsOwn)
     constexpr int count = 10;
     const LoopbackService service([](const RecordedRequest &request, int) {
         const QByteArray model = json(request.body)[u"model"].toString().toUtf8();
+        const QByteArray body = successBody(model);
+        // The later ones answer first.
         return ScriptedAnswer()
-            .pausing(std::chrono::milliseconds(model.size() % 3 * 20))
-            .sending("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n" + successBody(model))
+            .pausing(std::chrono::milliseconds((count - model.size()) * 5))
+            .sending("HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: " +
+                     QByteArray::number(body.size()) + "\r\n\r\n" + body)
             .then(ScriptedAnswer::End::close);
     });
     const ClientCall call(service);
@@ -189,9 +200,9 @@ TEST(GroqClient, answersOverlappingCallsEachWithItsOwn)
     for (int i = 0; i < count; ++i) {
         const CallEnd end = endOf(std::move(tasks[static_cast<std::size_t>(i)]));
         if (i == 0) {
-            EXPECT_EQ(end.groqCase, Case::emptyResponse);
+            EXPECT_EQ(end.groqCase, Case::emptyResponse) << qPrintable(end.description);
         } else {
-            EXPECT_EQ(end.reply, QByteArray(i, 'm'));
+            EXPECT_EQ(end.reply, QByteArray(i, 'm')) << qPrintable(end.description);
         }
     }
     EXPECT_EQ(service.requestCount(), static_cast<std::size_t>(count));

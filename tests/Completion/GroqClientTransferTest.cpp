@@ -44,8 +44,7 @@ const BrokenAnswer brokenAnswers[] = {
     {"resetWithoutAnswer", ScriptedAnswer().then(End::reset), PlatformFailure::connectionLost},
     {"closedInTheHead", ScriptedAnswer().sending("HTTP/1.1 200 OK\r\nContent-Le").then(End::close),
      PlatformFailure::connectionLost},
-    {"closedBeforeTheBody",
-     ScriptedAnswer::head(200, {{"Content-Length", "100"}}).then(End::close),
+    {"closedBeforeTheBody", ScriptedAnswer::head(200, {{"Content-Length", "100"}}).then(End::close),
      PlatformFailure::connectionLost},
     {"closedInTheBody",
      ScriptedAnswer::head(200, {{"Content-Length", "100"}})
@@ -174,24 +173,23 @@ TEST(GroqClientTransfer, readsBodiesHoweverTheyAreCut)
          ScriptedAnswer().dripping("HTTP/1.1 200 OK\r\nContent-Length: " +
                                        QByteArray::number(body.size()) + "\r\n\r\n" + body,
                                    5, 1ms)},
-        {"endedByTheConnection",
-         ScriptedAnswer::head(200, {}).sending(body).then(End::close)},
+        {"endedByTheConnection", ScriptedAnswer::head(200, {}).sending(body).then(End::close)},
         {"http10", ScriptedAnswer().sending("HTTP/1.0 200 OK\r\n\r\n" + body).then(End::close)},
         {"noReasonPhrase",
          ScriptedAnswer().sending("HTTP/1.1 200\r\n\r\n" + body).then(End::close)},
-        {"interimFirst",
-         ScriptedAnswer()
-             .sending("HTTP/1.1 100 Continue\r\n\r\n")
-             .pausing(10ms)
-             .sending("HTTP/1.1 200 OK\r\n\r\n" + body)
-             .then(End::close)},
+        {"interimFirst", ScriptedAnswer()
+                             .sending("HTTP/1.1 100 Continue\r\n\r\n")
+                             .pausing(10ms)
+                             .sending("HTTP/1.1 200 OK\r\n\r\n" + body)
+                             .then(End::close)},
         {"moreThanDeclared", ScriptedAnswer::http(200, body).sending("trailing bytes")},
     };
     for (const auto &[name, answer] : answers) {
         SCOPED_TRACE(name);
         const LoopbackService service({answer});
         const CallEnd end = ClientCall(service).end();
-        EXPECT_EQ(end.reply, "ğüş 👩‍👩‍👧‍👦 çay") << qPrintable(end.description);
+        EXPECT_EQ(end.reply, "ğüş 👩‍👩‍👧‍👦 çay")
+            << qPrintable(end.description);
         EXPECT_EQ(service.requestCount(), 1U);
     }
 }
@@ -258,9 +256,8 @@ TEST(GroqClientTransfer, stopsAtABodyAboveTheBound)
 {
     const QByteArray block(64 * 1024, 'x');
     const std::pair<const char *, ScriptedAnswer> answers[] = {
-        {"declared",
-         ScriptedAnswer::head(200, {{"Content-Length", QByteArray::number(bound + 1)}})
-             .then(End::hang)},
+        {"declared", ScriptedAnswer::head(200, {{"Content-Length", QByteArray::number(bound + 1)}})
+                         .then(End::hang)},
         {"declaredHuge",
          ScriptedAnswer::head(200, {{"Content-Length", "9000000000000000000"}}).then(End::hang)},
         {"oneByteMore",
@@ -284,8 +281,7 @@ TEST(GroqClientTransfer, timesOutWhenNothingArrives)
     const std::pair<const char *, ScriptedAnswer> answers[] = {
         {"noAnswer", ScriptedAnswer().then(End::hang)},
         {"halfAHead", ScriptedAnswer().sending("HTTP/1.1 200 OK\r\nContent-").then(End::hang)},
-        {"onlyAHead",
-         ScriptedAnswer::head(200, {{"Content-Length", "100"}}).then(End::hang)},
+        {"onlyAHead", ScriptedAnswer::head(200, {{"Content-Length", "100"}}).then(End::hang)},
         {"halfABody",
          ScriptedAnswer::head(200, {{"Content-Length", "100"}}).sending(body).then(End::hang)},
         {"anInterimStatus",
@@ -344,9 +340,9 @@ TEST(GroqClientTransfer, namesAHostThatIsNotFound)
     // RFC 6761 keeps this name from ever being one.
     const CallEnd end = ClientCall(QUrl(QStringLiteral("http://talvo.invalid/"))).end();
     EXPECT_EQ(end.failure, PlatformFailure::noConnection);
-    EXPECT_EQ(end.description,
-              QStringLiteral(
-                  "İnternet bağlantısı kurulamadı. Bağlantını kontrol edip yeniden dene."));
+    EXPECT_EQ(
+        end.description,
+        QStringLiteral("İnternet bağlantısı kurulamadı. Bağlantını kontrol edip yeniden dene."));
 }
 
 TEST(GroqClientTransfer, leavesNoConnectionForTheNextRequest)
@@ -375,7 +371,8 @@ TEST(GroqClientTransfer, sendsAtOnceAfterTheServiceClosedTheConnection)
 
 TEST(GroqClientTransfer, recoversAfterALostConnection)
 {
-    const LoopbackService service({ScriptedAnswer().then(End::close), ScriptedAnswer().then(End::reset),
+    const LoopbackService service({ScriptedAnswer().then(End::close),
+                                   ScriptedAnswer().then(End::reset),
                                    ScriptedAnswer::http(200, successBody("x"))});
     const ClientCall call(service);
     EXPECT_EQ(call.end().failure, PlatformFailure::connectionLost);

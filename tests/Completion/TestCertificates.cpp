@@ -11,9 +11,13 @@ constexpr auto loopbackAddress = "subjectAltName=IP:127.0.0.1";
 
 QStringList keyArguments(const QString &path)
 {
-    return {QStringLiteral("-newkey"), QStringLiteral("ec"),      QStringLiteral("-pkeyopt"),
-            QStringLiteral("ec_paramgen_curve:prime256v1"),       QStringLiteral("-nodes"),
-            QStringLiteral("-keyout"), path};
+    return {QStringLiteral("-newkey"),
+            QStringLiteral("ec"),
+            QStringLiteral("-pkeyopt"),
+            QStringLiteral("ec_paramgen_curve:prime256v1"),
+            QStringLiteral("-nodes"),
+            QStringLiteral("-keyout"),
+            path};
 }
 
 QStringList named(const char *name)

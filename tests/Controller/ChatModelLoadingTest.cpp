@@ -130,8 +130,10 @@ TEST_F(ChatModelLoading, nothingIsSavedBeforeTheLoadHasEnded)
     EXPECT_TRUE(model->isLoadingArchive());
     model->newChat();
     model->selectModel(QStringLiteral("openai/gpt-oss-120b"));
+    ASSERT_TRUE(waitUntil([&] { return files->waiting() == 1; }));
     settle();
     EXPECT_EQ(files->waiting(), 1);
+    EXPECT_EQ(saveCount(), 0U);
     files->release();
     waitForSaves(3);
     EXPECT_EQ(decodeArchive(files->saves()[0]).sessions.size(), 3U);

@@ -304,7 +304,7 @@ TEST_F(ChatModelSending, theModelMayGoInEveryPhase)
         settle();
         for (std::size_t i = first; i < network->count(); ++i) {
             const auto &left = network->replies()[i];
-            EXPECT_TRUE(left.isNull() || left->isFinished()) << "phase " << phase;
+            EXPECT_TRUE(left.isNull() || left->isFinished()) << "phase " << phase << ", request " << i - first;
         }
     }
 }

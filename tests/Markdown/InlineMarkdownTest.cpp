@@ -36,6 +36,9 @@ TEST(InlineMarkdown, lineEndings)
         {"in code it breaks nothing", QStringLiteral("`a\\\nb`"), "{code|a\\ b}"},
         {"after a bare link", QStringLiteral("https://e.x\nwww.e.x\na"),
          "{link=https://e.x|https://e.x}\\n{link=http://www.e.x|www.e.x}\\na"},
+        {"after a bare link and a backslash", QStringLiteral("www.e.x/\\\nb"),
+         "{link=http://www.e.x/\\|www.e.x/\\}\\nb"},
+        {"after a backslash in a link", QStringLiteral("[a](u\\\n\"t\")"), "{link=u\\ title=t|a}"},
         {"within a link", QStringLiteral("[a\nb](u\n\"t\")"), "{link=u title=t|a\\nb}"},
         {"a backslash before one in a tag", QStringLiteral("<a b='\\\n'>"), "{html|<a b='\\\\n'>}"},
         {"in a tag", QStringLiteral("<a\nb>x"), "{html|<a\\nb>}x"},
@@ -104,11 +107,13 @@ TEST(InlineMarkdown, byteOrderMarkIsDroppedAtTheStartOnly)
 TEST(InlineMarkdown, whatCannotBeInterpretedIsPlain)
 {
     // No address holds a line ending; the whole text then shows its characters.
-    const QString source = QStringLiteral("**a** [b](<c\nd>)");
-    const AttributedString result = inlineText(source);
-    EXPECT_EQ(result.text, source);
-    ASSERT_EQ(result.runs.size(), 1u);
-    EXPECT_EQ(result.runs.front(), (AttributedString::Run{0, source.size(), {}, {}, {}, {}}));
+    for (const QString &source :
+         {QStringLiteral("**a** [b](<c\nd>)"), QStringLiteral("**a** [b](<c\\\nd>)")}) {
+        const AttributedString result = inlineText(source);
+        EXPECT_EQ(result.text, source);
+        ASSERT_EQ(result.runs.size(), 1u);
+        EXPECT_EQ(result.runs.front(), (AttributedString::Run{0, source.size(), {}, {}, {}, {}}));
+    }
 }
 
 TEST(InlineMarkdown, runsCountUtf16CodeUnits)

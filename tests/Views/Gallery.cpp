@@ -6,9 +6,12 @@
 #include <QQuickView>
 #include <QTimer>
 
+#include "Views/AccessibleEditor.h"
+
 int main(int argc, char **argv)
 {
     QGuiApplication application(argc, argv);
+    Talvo::installAccessibleEditors();
     QStringList arguments = application.arguments().mid(1);
     if (arguments.removeAll(QStringLiteral("--dark")) > 0) {
         QPalette palette(QColor(30, 30, 30));

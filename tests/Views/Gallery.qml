@@ -180,33 +180,23 @@ Rectangle {
                 color: Theme.success
             }
         }
-    }
 
-    ModalPanel {
-        title: "Sohbeti Yeniden Adlandır"
-        visible: true
-        width: 380
-        anchors.centerIn: undefined
-        x: 500
-        y: 600
-        modal: false
+        Rectangle {
+            id: bubble
 
-        Field {
-            width: parent.width
-            placeholderText: "Sohbet adı"
-        }
+            x: 42
+            width: Math.min(reply.naturalWidth, reply.width) + 28
+            height: reply.height + 22
+            radius: Theme.radius
+            color: Theme.bubbleBot
 
-        Row {
-            anchors.right: parent.right
-            spacing: 8
+            MarkdownMessageView {
+                id: reply
 
-            PushButton {
-                text: "Vazgeç"
-            }
-
-            PushButton {
-                text: "Kaydet"
-                prominent: true
+                x: 14
+                y: 11
+                width: 690
+                content: "# Kahve demleme\nMerhaba! **İyi** bir *demleme* için ~~çok~~ az **_sabır_** ve `1:16` oranı yeter; bkz. [kaynak](https://example.com/kahve?x=1) veya https://example.org, ![bardak](http://example.com/x.png) <b>html</b>.\n## Adımlar\n- Suyu **93 °C**'ye getir, sonra yavaşça dök. Bu madde bilerek uzun, ki satır kendi altında kırılsın; marka değil metin.\n- Öğüt 🙂 e\u0301\n\n7. Yedi\n8. `Sekiz` — [dosya](file:///etc/passwd)\n### Tablo\n| Çekirdek | Asit | Açıklama | Fiyat | Not |\n|---|---|---|---|---|\n| Etiyopya | yüksek | Çiçeksi ve narenciye; sabahları güzel olur, akşam da içilir | 320 ₺ | `filtre` |\n| Brezilya | düşük |\n\n---\nمرحبا بالعالم\n\nSon satır\nikinci satır"
             }
         }
     }

@@ -40,8 +40,8 @@ protected:
             socket->setSocketDescriptor(descriptor);
         }
         auto *connection = new LoopbackConnection(
-            m_accepted++, socket, [this](const RecordedRequest &request) { return answer(request); },
-            this);
+            m_accepted++, socket,
+            [this](const RecordedRequest &request) { return answer(request); }, this);
         ++m_open;
         connect(connection, &QObject::destroyed, this, [this] { --m_open; });
     }

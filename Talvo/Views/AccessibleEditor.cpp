@@ -1,0 +1,121 @@
+#include "Views/AccessibleEditor.h"
+
+#include <QAccessible>
+#include <QQuickItem>
+
+// No public class describes an item of Qt Quick to assistive technology.
+#include <QtQuick/private/qaccessiblequickitem_p.h>
+
+namespace Talvo {
+namespace {
+
+/// A TextInput or TextEdit: what Qt says of it, and the interface for editing.
+class AccessibleEditor : public QAccessibleQuickItem, public QAccessibleEditableTextInterface
+{
+public:
+    explicit AccessibleEditor(QQuickItem *item)
+        : QAccessibleQuickItem(item)
+    {
+    }
+
+    void *interface_cast(QAccessible::InterfaceType type) override
+    {
+        if (type == QAccessible::EditableTextInterface && isEditable())
+            return static_cast<QAccessibleEditableTextInterface *>(this);
+        return QAccessibleQuickItem::interface_cast(type);
+    }
+
+    QString text(QAccessible::Text type) const override
+    {
+        if (type == QAccessible::Value && isMasked())
+            return mask();
+        return QAccessibleQuickItem::text(type);
+    }
+
+    QString text(int start, int end) const override
+    {
+        if (isMasked())
+            return mask().mid(start, end - start);
+        return QAccessibleQuickItem::text(start, end);
+    }
+
+    QString textBeforeOffset(int offset, QAccessible::TextBoundaryType boundary, int *start,
+                             int *end) const override
+    {
+        if (isMasked())
+            return QAccessibleTextInterface::textBeforeOffset(offset, boundary, start, end);
+        return QAccessibleQuickItem::textBeforeOffset(offset, boundary, start, end);
+    }
+
+    QString textAtOffset(int offset, QAccessible::TextBoundaryType boundary, int *start,
+                         int *end) const override
+    {
+        if (isMasked())
+            return QAccessibleTextInterface::textAtOffset(offset, boundary, start, end);
+        return QAccessibleQuickItem::textAtOffset(offset, boundary, start, end);
+    }
+
+    QString textAfterOffset(int offset, QAccessible::TextBoundaryType boundary, int *start,
+                            int *end) const override
+    {
+        if (isMasked())
+            return QAccessibleTextInterface::textAfterOffset(offset, boundary, start, end);
+        return QAccessibleQuickItem::textAfterOffset(offset, boundary, start, end);
+    }
+
+    int characterCount() const override
+    {
+        return isMasked() ? static_cast<int>(mask().size())
+                          : QAccessibleQuickItem::characterCount();
+    }
+
+    void deleteText(int start, int end) override
+    {
+        if (isEditable())
+            QMetaObject::invokeMethod(item(), "remove", Q_ARG(int, start), Q_ARG(int, end));
+    }
+
+    void insertText(int offset, const QString &text) override
+    {
+        if (isEditable())
+            QMetaObject::invokeMethod(item(), "insert", Q_ARG(int, offset), Q_ARG(QString, text));
+    }
+
+    void replaceText(int start, int end, const QString &text) override
+    {
+        deleteText(start, end);
+        insertText(start, text);
+    }
+
+private:
+    bool isEditable() const
+    {
+        return item()->isEnabled() && !item()->property("readOnly").toBool();
+    }
+
+    bool isMasked() const
+    {
+        // TextInput.Normal is 0; a TextEdit has no such property.
+        return item()->property("echoMode").toInt() != 0;
+    }
+
+    /// As many characters as can be seen on the screen.
+    QString mask() const { return item()->property("displayText").toString(); }
+};
+
+QAccessibleInterface *makeEditor(const QString &className, QObject *object)
+{
+    if (className != u"QQuickTextInput" && className != u"QQuickTextEdit")
+        return nullptr;
+    auto *item = qobject_cast<QQuickItem *>(object);
+    return item ? new AccessibleEditor(item) : nullptr;
+}
+
+} // namespace
+
+void installAccessibleEditors()
+{
+    QAccessible::installFactory(makeEditor);
+}
+
+} // namespace Talvo

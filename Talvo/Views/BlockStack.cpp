@@ -1,0 +1,84 @@
+#include "Views/BlockStack.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Talvo {
+
+BlockStack::BlockStack(QQuickItem *parent)
+    : QQuickItem(parent)
+{
+    connect(this, &BlockStack::layoutChanged, this, &BlockStack::layOut);
+}
+
+void BlockStack::componentComplete()
+{
+    QQuickItem::componentComplete();
+    layOut();
+}
+
+void BlockStack::geometryChange(const QRectF &now, const QRectF &before)
+{
+    QQuickItem::geometryChange(now, before);
+    if (!m_fillWidth || now.width() == before.width())
+        return;
+    const QList<QQuickItem *> children = childItems();
+    for (QQuickItem *child : children)
+        child->setWidth(now.width());
+}
+
+void BlockStack::itemChange(ItemChange change, const ItemChangeData &data)
+{
+    QQuickItem::itemChange(change, data);
+    if (change == ItemChildAddedChange) {
+        // The width first: a text laid out once in its final width costs half of two layouts.
+        if (m_fillWidth)
+            data.item->setWidth(width());
+        connect(data.item, &QQuickItem::heightChanged, this, &BlockStack::layOut);
+        if (!m_fillWidth)
+            connect(data.item, &QQuickItem::widthChanged, this, &BlockStack::layOut);
+    }
+    if (change == ItemChildRemovedChange) {
+        disconnect(data.item, nullptr, this, nullptr);
+        layOut();
+    }
+}
+
+void BlockStack::layOut()
+{
+    if (!isComponentComplete())
+        return;
+    qreal along = 0;
+    qreal across = 0;
+    const QList<QQuickItem *> children = childItems();
+    for (QQuickItem *child : children) {
+        const qreal extent = m_horizontal ? child->width() : child->height();
+        if (extent <= 0)
+            continue;
+        along += along > 0 ? m_spacing : 0;
+        child->setPosition(m_horizontal ? QPointF(along, 0) : QPointF(0, along));
+        along += extent;
+        across = std::max(across, m_horizontal ? child->height() : child->width());
+    }
+    if (m_horizontal)
+        setImplicitSize(along, across);
+    else if (m_fillWidth)
+        setImplicitHeight(along);
+    else
+        setImplicitSize(across, along);
+    polish();
+}
+
+void BlockStack::updatePolish()
+{
+    qreal widest = 0;
+    const QList<QQuickItem *> children = childItems();
+    for (const QQuickItem *child : children) {
+        const QVariant natural = child->property("naturalWidth");
+        widest = std::max(widest, natural.isValid() ? natural.toReal() : child->width());
+    }
+    if (std::exchange(m_naturalWidth, widest) != widest)
+        Q_EMIT naturalWidthChanged();
+}
+
+} // namespace Talvo

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QQuickItem>
+#include <QtQmlIntegration>
+
+namespace Talvo {
+
+/// Stacks its children downwards or sideways and has its size at once: the positioners of Qt Quick
+/// know theirs only after the next polish, too late for a list that wants final heights when it
+/// creates a row. Children without an extent in the stack's direction take no place. GUI thread.
+class BlockStack : public QQuickItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(qreal spacing MEMBER m_spacing NOTIFY layoutChanged FINAL)
+    /// Side by side instead of one below the other.
+    Q_PROPERTY(bool horizontal MEMBER m_horizontal NOTIFY layoutChanged FINAL)
+    /// Children are made as wide as the stack.
+    Q_PROPERTY(bool fillWidth MEMBER m_fillWidth NOTIFY layoutChanged FINAL)
+    /// The widest child's `naturalWidth` (of those that have one; else its width): as much as the
+    /// content needs of the stack's width. Up to date when a frame is drawn.
+    Q_PROPERTY(qreal naturalWidth READ naturalWidth NOTIFY naturalWidthChanged FINAL)
+
+public:
+    explicit BlockStack(QQuickItem *parent = nullptr);
+
+    [[nodiscard]] qreal naturalWidth() const { return m_naturalWidth; }
+
+Q_SIGNALS:
+    void layoutChanged();
+    void naturalWidthChanged();
+
+protected:
+    void componentComplete() override;
+    void geometryChange(const QRectF &now, const QRectF &before) override;
+    void itemChange(ItemChange change, const ItemChangeData &data) override;
+    void updatePolish() override;
+
+private Q_SLOTS:
+    void layOut();
+
+private:
+    qreal m_spacing = 0;
+    bool m_horizontal = false;
+    bool m_fillWidth = false;
+    qreal m_naturalWidth = 0;
+};
+
+} // namespace Talvo

@@ -1,0 +1,184 @@
+#include "Views/MarkdownBlocks.h"
+
+#include "Markdown/MarkdownBlockParser.h"
+#include "Views/BlockText.h"
+
+#include <QMetaObject>
+#include <QMutex>
+#include <QSemaphore>
+#include <QThreadPool>
+
+#include <variant>
+
+namespace Talvo {
+namespace {
+
+/// A row of the message list should have its final height when it is created, or the list jumps
+/// while it is scrolled. Nearly every reply is parsed within this time; it is less than a frame.
+constexpr int patienceMilliseconds = 4;
+
+/// Before everything else that waits for a worker thread: the user is looking at this text.
+constexpr int userInitiatedPriority = 10;
+
+template <class... Handlers>
+struct Overloaded : Handlers...
+{
+    using Handlers::operator()...;
+};
+template <class... Handlers>
+Overloaded(Handlers...) -> Overloaded<Handlers...>;
+
+QString kind(const MarkdownBlock::Content &content)
+{
+    return std::visit(
+        Overloaded{
+            [](const MarkdownBlock::Heading &) { return QStringLiteral("heading"); },
+            [](const MarkdownBlock::Paragraph &) { return QStringLiteral("paragraph"); },
+            [](const MarkdownBlock::Bullet &) { return QStringLiteral("item"); },
+            [](const MarkdownBlock::Numbered &) { return QStringLiteral("item"); },
+            [](const MarkdownTable &) { return QStringLiteral("table"); },
+            [](const MarkdownBlock::Divider &) { return QStringLiteral("divider"); },
+        },
+        content);
+}
+
+QString marker(const MarkdownBlock::Content &content)
+{
+    if (const auto *numbered = std::get_if<MarkdownBlock::Numbered>(&content))
+        return QStringLiteral("%1.").arg(numbered->number);
+    return QStringLiteral("•");
+}
+
+const AttributedString *text(const MarkdownBlock::Content &content)
+{
+    return std::visit(
+        Overloaded{
+            [](const MarkdownTable &) -> const AttributedString * { return nullptr; },
+            [](const MarkdownBlock::Divider &) -> const AttributedString * { return nullptr; },
+            [](const auto &block) { return &block.text; },
+        },
+        content);
+}
+
+} // namespace
+
+/// The way back from the workers, which may outlive the model.
+struct MarkdownBlocks::Owner
+{
+    QMutex mutex;
+    MarkdownBlocks *model = nullptr; ///< guarded by the mutex, null once the model has gone
+};
+
+struct MarkdownBlocks::Job
+{
+    quint64 number = 0;
+    QString content;
+    std::shared_ptr<const Blocks> result; ///< written before `done` is released
+    QSemaphore done;
+};
+
+MarkdownBlocks::MarkdownBlocks(QObject *parent)
+    : QAbstractListModel(parent)
+    , m_blocks(std::make_shared<const Blocks>())
+    , m_owner(std::make_shared<Owner>())
+{
+    m_owner->model = this;
+}
+
+MarkdownBlocks::~MarkdownBlocks()
+{
+    const QMutexLocker locker(&m_owner->mutex);
+    m_owner->model = nullptr;
+}
+
+void MarkdownBlocks::setContent(const QString &content)
+{
+    if (m_content == content)
+        return;
+    m_content = content;
+    Q_EMIT contentChanged();
+    if (!isParsed() && rowCount() > 0)
+        Q_EMIT dataChanged(index(0), index(0), {plainRole});
+    parse();
+}
+
+void MarkdownBlocks::parse()
+{
+    auto job = std::make_shared<Job>();
+    job->number = ++m_started;
+    job->content = m_content;
+    const auto work = [job, owner = m_owner] {
+        job->result = std::make_shared<const Blocks>(parseBlocks(job->content));
+        job->done.release();
+        const QMutexLocker locker(&owner->mutex);
+        if (MarkdownBlocks *model = owner->model)
+            QMetaObject::invokeMethod(
+                model, [model, job] { model->show(*job); }, Qt::QueuedConnection);
+    };
+    QThreadPool::globalInstance()->start(work, userInitiatedPriority);
+    if (!isParsed() && job->done.tryAcquire(1, patienceMilliseconds))
+        show(*job);
+}
+
+void MarkdownBlocks::show(const Job &job)
+{
+    if (job.number <= m_shown)
+        return;
+    m_shown = job.number;
+    if (*job.result == *m_blocks)
+        return;
+    const bool wasParsed = isParsed();
+    beginResetModel();
+    m_blocks = job.result;
+    endResetModel();
+    if (isParsed() != wasParsed)
+        Q_EMIT parsedChanged();
+}
+
+int MarkdownBlocks::rowCount(const QModelIndex &parent) const
+{
+    if (parent.isValid())
+        return 0;
+    return isParsed() ? static_cast<int>(m_blocks->size()) : 1;
+}
+
+QVariant MarkdownBlocks::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    if (!isParsed())
+        return role == kindRole    ? QVariant(QStringLiteral("plain"))
+               : role == plainRole ? QVariant(m_content)
+                                   : QVariant();
+    const MarkdownBlock::Content &content = (*m_blocks)[static_cast<size_t>(index.row())].content;
+    switch (role) {
+    case kindRole:
+        return kind(content);
+    case levelRole:
+        if (const auto *heading = std::get_if<MarkdownBlock::Heading>(&content))
+            return static_cast<int>(heading->level);
+        return {};
+    case markerRole:
+        return marker(content);
+    case styledRole:
+        if (const AttributedString *styled = text(content))
+            return QVariant::fromValue(
+                BlockText(std::shared_ptr<const AttributedString>(m_blocks, styled)));
+        return {};
+    case tableRole:
+        if (const auto *table = std::get_if<MarkdownTable>(&content))
+            return QVariant::fromValue(
+                BlockTable(std::shared_ptr<const MarkdownTable>(m_blocks, table)));
+        return {};
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> MarkdownBlocks::roleNames() const
+{
+    return {{kindRole, "kind"},     {levelRole, "level"}, {markerRole, "marker"},
+            {styledRole, "styled"}, {tableRole, "table"}, {plainRole, "plain"}};
+}
+
+} // namespace Talvo
