@@ -46,12 +46,14 @@ void raise(QQuickWindow *window)
 
 } // namespace
 
-AppServices defaultServices()
+AppSetup defaultSetup()
 {
-    return {{}, KeychainStore()};
+    return {FileManager().applicationSupportDirectory(), [] {
+                return AppServices{{}, KeychainStore()};
+            }};
 }
 
-int run(int argc, char **argv, const std::function<AppServices()> &makeServices)
+int run(int argc, char **argv, const AppSetup &setup)
 {
     refuseCoreDumps();
     chooseRenderer();
@@ -63,12 +65,12 @@ int run(int argc, char **argv, const std::function<AppServices()> &makeServices)
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
 
-    SingleInstance instance(FileManager().applicationSupportDirectory());
+    SingleInstance instance(setup.exclusiveDirectory);
     if (!instance.isFirst()) {
         return instance.raiseFirst() ? 0 : failureExitCode;
     }
 
-    AppServices services = makeServices();
+    AppServices services = setup.makeServices();
     ChatModel model(std::move(services.forModel));
     QObject::connect(&model, &ChatModel::closed, &application, &QGuiApplication::quit);
 
