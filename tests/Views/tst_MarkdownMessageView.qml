@@ -123,6 +123,7 @@ Item {
             mouseClick(text, 5, 5, Qt.RightButton);
             const entry = label => Probe.find(scene.Window.contentItem, "TextMenuItem").find(item => item.text === label);
             tryVerify(() => entry("Kopyala") !== undefined && entry("Kopyala").visible);
+            tryVerify(() => entry("Tümünü Seç").y > entry("Kopyala").y, 1000, "the menu is laid out");
             verify(!entry("Kes").visible);
             verify(!entry("Yapıştır").visible);
             compare(text.selectedText, "bir", "the menu leaves the selection");
@@ -198,10 +199,23 @@ Item {
             tryVerify(() => Probe.texts(item) === "iki|üç");
         }
 
+        function test_longReplyGrowsInPortions() {
+            const item = createTemporaryObject(view, scene, {
+                    "content": "a\n\n".repeat(1000)
+                });
+            tryVerify(() => Probe.find(item, "MarkdownText").length >= 300);
+            verify(Probe.find(item, "MarkdownText").length < 1000);
+            tryVerify(() => Probe.find(item, "MarkdownText").length === 1000);
+            const texts = Probe.find(item, "MarkdownText");
+            tryVerify(() => texts[999].y > 0);
+            for (let i = 1; i < texts.length; ++i)
+                compare(texts[i].y, texts[i - 1].y + texts[i - 1].height + 10);
+        }
+
         function test_mayGoBeforeItsParseEnds() {
             for (let i = 0; i < 20; ++i)
                 view.createObject(scene, {
-                        "content": "a\n\n".repeat(20000)
+                        "content": "a\n\n".repeat(2000)
                     }).destroy();
             wait(0);
             verify(true);
