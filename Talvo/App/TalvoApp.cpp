@@ -4,6 +4,7 @@
 #include "App/RefusingNetworkFactory.h"
 #include "App/SingleInstance.h"
 #include "Platform/FileManager.h"
+#include "Views/KeychainHandle.h"
 
 #include <QDir>
 #include <QGuiApplication>
@@ -45,12 +46,14 @@ void raise(QQuickWindow *window)
 
 } // namespace
 
-AppServices defaultServices()
+AppSetup defaultSetup()
 {
-    return {{}, KeychainStore()};
+    return {FileManager().applicationSupportDirectory(), [] {
+                return AppServices{{}, KeychainStore()};
+            }};
 }
 
-int run(int argc, char **argv, const std::function<AppServices()> &makeServices)
+int run(int argc, char **argv, const AppSetup &setup)
 {
     refuseCoreDumps();
     chooseRenderer();
@@ -62,12 +65,12 @@ int run(int argc, char **argv, const std::function<AppServices()> &makeServices)
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
 
-    SingleInstance instance(FileManager().applicationSupportDirectory());
+    SingleInstance instance(setup.exclusiveDirectory);
     if (!instance.isFirst()) {
         return instance.raiseFirst() ? 0 : failureExitCode;
     }
 
-    AppServices services = makeServices();
+    AppServices services = setup.makeServices();
     ChatModel model(std::move(services.forModel));
     QObject::connect(&model, &ChatModel::closed, &application, &QGuiApplication::quit);
 
@@ -75,8 +78,9 @@ int run(int argc, char **argv, const std::function<AppServices()> &makeServices)
     QQmlApplicationEngine engine;
     engine.setNetworkAccessManagerFactory(&refuseNetwork);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    engine.setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&model)},
-                                 {QStringLiteral("keychain"), QVariant::fromValue(services.keychain)}});
+    engine.setInitialProperties(
+        {{QStringLiteral("model"), QVariant::fromValue(&model)},
+         {QStringLiteral("keychain"), QVariant::fromValue(KeychainHandle{services.keychain})}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Talvo/Views/MainWindow.qml")));
     if (engine.rootObjects().isEmpty()) {
         return failureExitCode;
