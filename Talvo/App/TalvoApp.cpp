@@ -4,6 +4,7 @@
 #include "App/RefusingNetworkFactory.h"
 #include "App/SingleInstance.h"
 #include "Platform/FileManager.h"
+#include "Views/KeychainHandle.h"
 
 #include <QDir>
 #include <QGuiApplication>
@@ -75,8 +76,9 @@ int run(int argc, char **argv, const std::function<AppServices()> &makeServices)
     QQmlApplicationEngine engine;
     engine.setNetworkAccessManagerFactory(&refuseNetwork);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    engine.setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&model)},
-                                 {QStringLiteral("keychain"), QVariant::fromValue(services.keychain)}});
+    engine.setInitialProperties(
+        {{QStringLiteral("model"), QVariant::fromValue(&model)},
+         {QStringLiteral("keychain"), QVariant::fromValue(KeychainHandle{services.keychain})}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Talvo/Views/MainWindow.qml")));
     if (engine.rootObjects().isEmpty()) {
         return failureExitCode;

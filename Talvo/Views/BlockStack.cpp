@@ -74,6 +74,8 @@ void BlockStack::updatePolish()
     qreal widest = 0;
     const QList<QQuickItem *> children = childItems();
     for (const QQuickItem *child : children) {
+        if (child->height() <= 0)
+            continue; // a Repeater, or a block that is not shown
         const QVariant natural = child->property("naturalWidth");
         widest = std::max(widest, natural.isValid() ? natural.toReal() : child->width());
     }
