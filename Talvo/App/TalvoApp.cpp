@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QNetworkProxyFactory>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
@@ -36,6 +37,18 @@ void chooseRenderer()
 #endif
 }
 
+/// From this program's own resources: a look through the icon theme takes longer, and finds nothing
+/// where Talvo is not installed.
+QIcon windowIcon()
+{
+    QIcon icon;
+    for (const int pixels : {16, 24, 32, 48, 128}) {
+        icon.addFile(QStringLiteral(":/icons/%1x%1/%2.png")
+                         .arg(QString::number(pixels), QStringLiteral(TALVO_APPLICATION_ID)));
+    }
+    return icon;
+}
+
 void raise(QQuickWindow *window)
 {
     window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
@@ -60,7 +73,8 @@ int run(int argc, char **argv, const AppSetup &setup)
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("talvo"));
     QGuiApplication::setApplicationDisplayName(QString());
-    QGuiApplication::setDesktopFileName(QStringLiteral("com.talvo.Talvo"));
+    QGuiApplication::setDesktopFileName(QStringLiteral(TALVO_APPLICATION_ID));
+    QGuiApplication::setWindowIcon(windowIcon());
     // The window may be gone while the last save is still being written.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
