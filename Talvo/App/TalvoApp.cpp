@@ -4,6 +4,7 @@
 #include "App/RefusingNetworkFactory.h"
 #include "App/SingleInstance.h"
 #include "Platform/FileManager.h"
+#include "Views/AccessibleEditor.h"
 #include "Views/KeychainHandle.h"
 
 #include <QDir>
@@ -88,6 +89,7 @@ int run(int argc, char **argv, const AppSetup &setup)
     ChatModel model(std::move(services.forModel));
     QObject::connect(&model, &ChatModel::closed, &application, &QGuiApplication::quit);
 
+    installAccessibleEditors();
     RefusingNetworkFactory refuseNetwork;
     QQmlApplicationEngine engine;
     engine.setNetworkAccessManagerFactory(&refuseNetwork);
