@@ -75,8 +75,9 @@ class Desktop:
 
     def _start_display(self):
         reader, writer = os.pipe()
+        # Without -noreset the server would forget the keyboard when its first client has gone.
         self._start("Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x960x24",
-                    "-nolisten", "tcp", pass_fds=[writer])
+                    "-nolisten", "tcp", "-noreset", pass_fds=[writer])
         os.close(writer)
         with os.fdopen(reader) as numbers:
             return f":{int(numbers.readline())}"

@@ -14,9 +14,9 @@ IDENTITY = (
     "Adın Talvo. Yardımcı bir yapay zeka asistanısın. "
     "Kullanıcıya açık, doğru ve doğal Türkçe ile yanıt ver."
 )
-QUESTION = "Şimdi çay nasıl demlenir, kısaca?"
-REPLY_TEXT = "Suyu **kaynat**.\n\n- Demliği ısıt\n- On beş dakika bekle"
-MEMORY_TEXT = "- Çay seviyor"
+QUESTION = "Kahve nasıl yapılır, kısaca yazar mısın?"
+REPLY_TEXT = "Suyu **ısıt**.\n\n- Kahveyi ekle\n- Köpüğünü bekle"
+MEMORY_TEXT = "- Kahve seviyor"
 
 
 def contents(archive, index=0):
@@ -27,7 +27,7 @@ def contents(archive, index=0):
 class Conversation(Scenario):
     def test_a_conversation_from_the_first_start_to_the_second(self):
         self.service.answer(REPLY, REPLY_TEXT)
-        self.service.answer(TITLE, "**“Çay Demleme”**")
+        self.service.answer(TITLE, "**“Türk Kahvesi”**")
         self.service.answer(MEMORY, MEMORY_TEXT)
 
         window = self.start()
@@ -103,12 +103,12 @@ class Conversation(Scenario):
         self.assertEqual(contents(reply.archive), exchange)
         self.assertEqual(contents(title.archive), whole)
         self.assertEqual(title.archive["sessions"][0]["title"], "Yeni Sohbet")
-        self.assertEqual(memory.archive["sessions"][0]["title"], "Çay Demleme")
+        self.assertEqual(memory.archive["sessions"][0]["title"], "Türk Kahvesi")
         self.assertEqual(memory.archive["memory"], "")
         wait_until(lambda: self.read_archive()["memory"] == MEMORY_TEXT, "the saved memory")
 
-        window.wait_for_text("Demliği ısıt")
-        window.row("Çay Demleme")
+        window.wait_for_text("Kahveyi ekle")
+        window.row("Türk Kahvesi")
         self.assertEqual(content_of(self.composer()), "")
         self.the_key_is_in_no_file()
 
@@ -117,8 +117,8 @@ class Conversation(Scenario):
         self.assertEqual(holders.stdout, "")
 
     def everything_is_there_again(self, window):
-        window.row("Çay Demleme")
-        for text in (FIRST_GREETING, QUESTION, "Suyu kaynat.", "Demliği ısıt"):
+        window.row("Türk Kahvesi")
+        for text in (FIRST_GREETING, QUESTION, "Suyu ısıt.", "Kahveyi ekle"):
             window.wait_for_text(text)
         archive = self.read_archive()
         self.assertEqual(len(archive["sessions"]), 1)

@@ -125,10 +125,7 @@ class Window:
         _xdotool("mousemove", box.x + box.width // 2, box.y + box.height // 2, "click", 1)
 
     def type_into(self, element, text):
-        """Clicks the field and types, once it has the focus.
-
-        Not Ç, Ö and Ü: xdotool types the capital letters of Latin-1 as small ones.
-        """
+        """Clicks the field and types, once it has the focus."""
         self.click(element)
         self.wait_until(lambda: has_state(element, Atspi.StateType.FOCUSED), "the focus in the field")
         _xdotool("type", "--clearmodifiers", "--delay", 20, text)
