@@ -4,6 +4,7 @@
 #include "App/RefusingNetworkFactory.h"
 #include "App/SingleInstance.h"
 #include "Platform/FileManager.h"
+#include "Views/AccessibleEditor.h"
 #include "Views/KeychainHandle.h"
 
 #include <QDir>
@@ -62,6 +63,7 @@ int run(int argc, char **argv, const std::function<AppServices()> &makeServices)
     // The window may be gone while the last save is still being written.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
+    installAccessibleEditors();
 
     SingleInstance instance(FileManager().applicationSupportDirectory());
     if (!instance.isFirst()) {

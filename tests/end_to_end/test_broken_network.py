@@ -88,7 +88,8 @@ class BrokenNetwork(Scenario):
     @contextmanager
     def watched_window(self):
         self.window = self.start()
-        self.composer()
+        self.window.row("Yeni Sohbet")
+        wait_until(self.read_archive, "the archive of the first start")
         with Responsiveness(self.talvo.process_id()) as self.responsiveness:
             yield
         self.close()
