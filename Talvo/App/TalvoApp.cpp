@@ -9,6 +9,7 @@
 
 #include <QDir>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QNetworkProxyFactory>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
@@ -37,6 +38,18 @@ void chooseRenderer()
 #endif
 }
 
+/// From this program's own resources: a look through the icon theme takes longer, and finds nothing
+/// where Talvo is not installed.
+QIcon windowIcon()
+{
+    QIcon icon;
+    for (const int pixels : {16, 24, 32, 48, 128}) {
+        icon.addFile(QStringLiteral(":/icons/%1x%1/%2.png")
+                         .arg(QString::number(pixels), QStringLiteral(TALVO_APPLICATION_ID)));
+    }
+    return icon;
+}
+
 void raise(QQuickWindow *window)
 {
     window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
@@ -47,30 +60,33 @@ void raise(QQuickWindow *window)
 
 } // namespace
 
-AppServices defaultServices()
+AppSetup defaultSetup()
 {
-    return {{}, KeychainStore()};
+    return {FileManager().applicationSupportDirectory(), [] {
+                return AppServices{{}, KeychainStore()};
+            }};
 }
 
-int run(int argc, char **argv, const std::function<AppServices()> &makeServices)
+int run(int argc, char **argv, const AppSetup &setup)
 {
     refuseCoreDumps();
     chooseRenderer();
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("talvo"));
     QGuiApplication::setApplicationDisplayName(QString());
-    QGuiApplication::setDesktopFileName(QStringLiteral("com.talvo.Talvo"));
+    QGuiApplication::setDesktopFileName(QStringLiteral(TALVO_APPLICATION_ID));
+    QGuiApplication::setWindowIcon(windowIcon());
     // The window may be gone while the last save is still being written.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
     installAccessibleEditors();
 
-    SingleInstance instance(FileManager().applicationSupportDirectory());
+    SingleInstance instance(setup.exclusiveDirectory);
     if (!instance.isFirst()) {
         return instance.raiseFirst() ? 0 : failureExitCode;
     }
 
-    AppServices services = makeServices();
+    AppServices services = setup.makeServices();
     ChatModel model(std::move(services.forModel));
     QObject::connect(&model, &ChatModel::closed, &application, &QGuiApplication::quit);
 

@@ -16,14 +16,17 @@ QString plain(QString text)
     return text.replace(QChar(0x2028), u'\n').replace(QChar(0x2029), u'\n');
 }
 
-void collectTexts(QAccessibleInterface *interface, QStringList &texts)
+void collectTexts(QQuickItem *item, QStringList &texts)
 {
-    const QAccessible::Role role = interface->role();
-    const bool isText = role == QAccessible::StaticText || role == QAccessible::Heading;
-    if (isText && !interface->state().invisible)
-        texts.append(interface->text(QAccessible::Name));
-    for (int i = 0; i < interface->childCount(); ++i)
-        collectTexts(interface->child(i), texts);
+    if (QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item)) {
+        const QAccessible::Role role = interface->role();
+        const bool isText = role == QAccessible::StaticText || role == QAccessible::Heading;
+        if (isText && !interface->state().invisible)
+            texts.append(interface->text(QAccessible::Name));
+    }
+    const QList<QQuickItem *> children = item->childItems();
+    for (QQuickItem *child : children)
+        collectTexts(child, texts);
 }
 
 void collectItems(QQuickItem *item, const QString &type, QList<QQuickItem *> &found)
@@ -116,12 +119,11 @@ void Probe::press(QQuickItem *item) const
         interface->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
 }
 
-QStringList Probe::texts(QQuickItem *item) const
+QString Probe::texts(QQuickItem *item) const
 {
     QStringList texts;
-    if (QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item))
-        collectTexts(interface, texts);
-    return texts;
+    collectTexts(item, texts);
+    return texts.join(u'|');
 }
 
 QColor Probe::colorAt(QQuickItem *edit, int position) const

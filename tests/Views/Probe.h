@@ -32,8 +32,8 @@ public:
     Q_INVOKABLE bool write(QQuickItem *item, const QString &text) const;
     /// Invokes the press action.
     Q_INVOKABLE void press(QQuickItem *item) const;
-    /// Names of all elements below an item in reading order, those with text only.
-    Q_INVOKABLE QStringList texts(QQuickItem *item) const;
+    /// Names of the texts and headings in an item, in reading order, with bars between them.
+    Q_INVOKABLE QString texts(QQuickItem *item) const;
     /// Format of a character in a TextEdit's document.
     Q_INVOKABLE QColor colorAt(QQuickItem *edit, int position) const;
     /// Descendants of an item, depth first, whose class name starts with `type`.

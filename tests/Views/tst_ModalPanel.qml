@@ -109,7 +109,7 @@ Item {
             const root = item.contentItem.parent;
             compare(Probe.name(root), "Sohbeti Yeniden Adlandır");
             compare(Probe.role(root), 0x12);
-            compare(Probe.texts(root), ["Sohbeti Yeniden Adlandır"]);
+            compare(Probe.texts(root), "Sohbeti Yeniden Adlandır");
         }
     }
 }
