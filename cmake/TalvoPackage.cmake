@@ -30,9 +30,9 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "chat assistant for people who speak Turkish")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-    "chat assistant for people who speak Turkish
-Talvo shows conversations with a large language model of the Groq service
+    "Talvo shows conversations with a large language model of the Groq service
 in one window, whose interface is Turkish. An API key of the service is
 needed; it is kept in the keyring of the desktop.
 .
@@ -44,6 +44,9 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Without the trust store no connection to the service can be verified, so none is made.
 list(JOIN qml_modules ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
 string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", ca-certificates")
+# Compiled QML and the accessible text fields are built against private headers of exactly this Qt.
+string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS
+    ", qt6-base-abi (= ${Qt6_VERSION}), qt6-declarative-abi (= ${Qt6_VERSION})")
 # A place for the key, the bus that leads there, the browser for links, a window on Wayland without
 # its X11 bridge, emoji in replies.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS

@@ -3,6 +3,11 @@
 set(data "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/share")
 set(documents "${data}/doc/talvo")
 
+# What compiled it says nothing to a user; CPack's own strip leaves it in.
+execute_process(
+    COMMAND strip --remove-section=.comment "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/bin/talvo"
+    COMMAND_ERROR_IS_FATAL ANY)
+
 function(compress)
     execute_process(COMMAND gzip -9nf ${ARGV} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
