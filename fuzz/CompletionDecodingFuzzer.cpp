@@ -13,7 +13,7 @@ namespace {
 /// What is decoded is shown as text and saved: it has to be UTF-8.
 void requireUtf8(const QByteArray &text)
 {
-    if (QString::fromUtf8(text).toUtf8() != text) {
+    if (!text.isValidUtf8()) {
         std::abort();
     }
 }

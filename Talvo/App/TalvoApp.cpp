@@ -79,6 +79,7 @@ int run(int argc, char **argv, const AppSetup &setup)
     // The window may be gone while the last save is still being written.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
+    installAccessibleEditors();
 
     SingleInstance instance(setup.exclusiveDirectory);
     if (!instance.isFirst()) {

@@ -29,9 +29,9 @@ QColor mixed(const QColor &from, const QColor &to, float part)
 
 double contrastRatio(const QColor &one, const QColor &other)
 {
-    // The list form gives values; the other one references to the two temporaries.
-    const auto [low, high] = std::minmax({luminance(one), luminance(other)});
-    return (high + 0.05) / (low + 0.05);
+    const double first = luminance(one);
+    const double second = luminance(other);
+    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
 QColor blended(const QColor &top, const QColor &bottom)

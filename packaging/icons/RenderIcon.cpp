@@ -1,5 +1,5 @@
-/// Draws an SVG into a square PNG: `render-icon <svg> <pixels> <png>`. Runs while Talvo is built, so
-/// that the sizes never differ from the drawing; needs no display.
+/// Draws an SVG into a square PNG: `render-icon <svg> <pixels> <png>`. Runs while Talvo is built,
+/// so that the sizes never differ from the drawing; needs no display.
 
 #include <QByteArray>
 #include <QCoreApplication>

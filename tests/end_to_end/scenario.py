@@ -62,6 +62,9 @@ class Talvo:
         """Its exit code."""
         return self._process.wait(seconds)
 
+    def send_signal(self, number):
+        self._process.send_signal(number)
+
     def kill(self):
         if self.is_running():
             self._process.kill()

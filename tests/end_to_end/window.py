@@ -124,6 +124,11 @@ class Window:
         box = element.get_extents(Atspi.CoordType.SCREEN)
         _xdotool("mousemove", box.x + box.width // 2, box.y + box.height // 2, "click", 1)
 
+    def click_beginning(self, element):
+        """A click of the pointer on the first characters of a text."""
+        box = element.get_extents(Atspi.CoordType.SCREEN)
+        _xdotool("mousemove", box.x + 12, box.y + min(box.height // 2, 10), "click", 1)
+
     def type_into(self, element, text):
         """Clicks the field and types, once it has the focus."""
         self.click(element)

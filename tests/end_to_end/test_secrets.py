@@ -1,0 +1,150 @@
+"""The key stays between the keyring, this process and the service."""
+
+import base64
+import re
+import subprocess
+import unittest
+from pathlib import Path
+
+import scenario
+from completion_service import MEMORY, REPLY, TITLE
+from figures import Figures
+from scenario import Scenario
+from waiting import wait_until
+from window import BUTTON, FIELD, content_of, enter_text, press
+
+#: Found nowhere by chance.
+KEY = "gsk_7hQz2mVxT9pLwK4nRb8sYc3f"
+
+#: The ways in which the key may lie about.
+FORMS = {
+    "UTF-8": KEY.encode(),
+    "UTF-16": KEY.encode("utf-16-le"),
+    "Base64": base64.b64encode(KEY.encode())[:-4],
+    "reversed": KEY[::-1].encode(),
+}
+
+
+def holders(folder):
+    """The files below a folder that hold the key in one of its forms, as `file: form`."""
+    found = []
+    for path in Path(folder).rglob("*"):
+        if path.is_file() and not path.is_symlink():
+            content = path.read_bytes()
+            found += [f"{path}: {form}" for form, key in FORMS.items() if key in content]
+    return found
+
+
+def copies_in_memory(process_id):
+    """How often each form of the key lies in the writable memory of a process."""
+    copies = dict.fromkeys(FORMS, 0)
+    with open(f"/proc/{process_id}/mem", "rb", buffering=0) as memory:
+        for line in Path(f"/proc/{process_id}/maps").read_text(encoding="utf-8").splitlines():
+            match = re.match(r"(\w+)-(\w+) rw", line)
+            if not match:
+                continue
+            start, end = (int(number, 16) for number in match.groups())
+            try:
+                memory.seek(start)
+                content = memory.read(end - start)
+            except (OSError, OverflowError, ValueError):
+                continue # mapped, but not to be read
+            for form, key in FORMS.items():
+                copies[form] += content.count(key)
+    return copies
+
+
+class Secrets(Scenario):
+    def setUp(self):
+        super().setUp()
+        self.temporary = self.home / "temporary"
+        self.temporary.mkdir()
+        self.environment["TMPDIR"] = str(self.temporary)
+
+    def send(self, text, requests):
+        enter_text(self.composer(), text)
+        press(self.window.get(BUTTON, "Mesajı gönder"))
+        self.service.wait_for(requests)
+
+    def fail(self, text, status, message, requests):
+        self.service.refuse(REPLY, status, message)
+        self.send(text, requests)
+        self.window.wait_for_text(message)
+        press(self.window.get(BUTTON, "Tamam"))
+        self.window.wait_without_text("Bir sorun oluştu")
+
+    def save_key_in_settings(self):
+        press(self.window.get(BUTTON, "API Ayarları"))
+        self.window.type_into(self.window.get(FIELD, "gsk_…"), KEY)
+        press(self.window.get(BUTTON, "Kaydet"))
+        self.window.wait_for_text("API anahtarı güvenle kaydedildi.")
+        texts = "\n".join(self.window.texts() + [content_of(e) for e in self.window.elements()])
+        self.assertNotIn(KEY, texts, "assistive technology is not told the key")
+        press(self.window.get(BUTTON, "Vazgeç"))
+        self.window.wait_without_text("Groq API Anahtarı")
+
+    def test_after_an_exchange_with_failures_the_key_is_nowhere(self):
+        self.desktop.store_secret(KEY)
+        self.window = self.start()
+        self.window.row("Yeni Sohbet")
+        wait_until(self.read_archive, "the archive of the first start")
+        self.send("Merhaba", 3)
+        self.window.wait_for_text("Merhaba!")
+        self.fail("Bir", 401, "Anahtar geçersiz.", 4)
+        self.fail("İki", 500, "Bozuk.", 5)
+        self.service.answer(REPLY, "Tamamdır.")
+        self.send("Üç", 7)
+        self.window.wait_for_text("Tamamdır.")
+        self.assertTrue(all(f"Bearer {KEY}" in request.headers.values()
+                            for request in self.service.requests))
+
+        process_id = self.talvo.process_id()
+        for name in ("environ", "cmdline"):
+            self.assertNotIn(KEY.encode(), Path(f"/proc/{process_id}/{name}").read_bytes())
+        self.assertNotIn(KEY, "\n".join(self.window.texts()))
+        self.assertEqual(holders(scenario.world.scratch), [])
+        self.assertEqual(holders("/dev/shm"), [])
+
+        figures = Figures("The key in the memory of the idle program", "form", "copies")
+        for form, count in copies_in_memory(process_id).items():
+            figures.add(form, count)
+        figures.print()
+
+        self.close()
+        self.assertEqual(holders(scenario.world.scratch), [])
+        self.output.seek(0)
+        self.assertNotIn(KEY, self.output.read())
+        self.assertEqual(self.archive_path.stat().st_mode & 0o777, 0o600)
+        self.assertEqual(self.archive_path.parent.stat().st_mode & 0o777, 0o700)
+
+    def test_a_key_that_is_typed_is_in_the_keyring_only(self):
+        self.window = self.start()
+        self.window.row("Yeni Sohbet")
+        wait_until(self.read_archive, "the archive of the first start")
+        self.save_key_in_settings()
+        self.assertEqual(self.desktop.secret(), KEY)
+        self.close()
+        self.assertEqual(holders(scenario.world.scratch), [])
+
+    def test_the_search_finds_every_form(self):
+        for form, key in FORMS.items():
+            with self.subTest(form=form):
+                (self.home / "planted").write_bytes(b"xx" + key + b"xx")
+                self.assertEqual(holders(self.home), [f"{self.home}/planted: {form}"])
+        (self.home / "planted").unlink()
+
+    def test_a_crash_leaves_no_dump(self):
+        self.start().row("Yeni Sohbet")
+        process_id = self.talvo.process_id()
+        limits = Path(f"/proc/{process_id}/limits").read_text(encoding="ascii")
+        self.assertRegex(limits, r"Max core file size\s+0\s+0\s")
+        dumped = Path(f"/proc/{process_id}/coredump_filter").read_text(encoding="ascii")
+        self.assertEqual(int(dumped, 16), 0, "a crash handler's pipe gets no memory either")
+        subprocess.run(["kill", "-SEGV", str(process_id)], check=True)
+        self.talvo.wait()
+        self.assertEqual([p for p in Path(scenario.world.scratch).rglob("*core*") if p.is_file()],
+                         [])
+
+
+if __name__ == "__main__":
+    unittest.main()
