@@ -29,6 +29,10 @@ public:
     {
         if (type == QAccessible::Value && isMasked())
             return mask();
+        // Qt gives no name for a password field, whatever Accessible.name says; a field of this
+        // application is named by its placeholder.
+        if (type == QAccessible::Name && isMasked())
+            return item()->property("placeholderText").toString();
         return QAccessibleQuickItem::text(type);
     }
 
