@@ -38,6 +38,7 @@ int start(int quietMilliseconds, char **command)
     const std::int64_t begin = monotonicNow();
     const pid_t child = ::fork();
     if (child == 0) {
+        ::dup2(STDERR_FILENO, STDOUT_FILENO); // whoever reads our output waits for its end
         ::execv(command[0], command);
         ::_exit(127);
     }

@@ -3,6 +3,7 @@
 import argparse
 import contextlib
 import json
+import signal
 import sys
 
 import libraries
@@ -22,6 +23,7 @@ def main():
     unknown = set(options.names) - set(BENCHMARKS)
     if unknown:
         arguments.error(f"unknown: {', '.join(sorted(unknown))}; there are {', '.join(BENCHMARKS)}")
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1)) # what was started is ended all the same
     with contextlib.closing(desktop):
         rows = measured(options.names)
     print_table(rows)

@@ -120,7 +120,7 @@ def started(program, home, quiet=2000):
     """Starts a program in a user's home and watches it until it rests."""
     output = subprocess.run(
         [FRAME_WATCH, "start", str(quiet), program], env=desktop.environment(home), check=True,
-        stdout=subprocess.PIPE, text=True, timeout=300).stdout.splitlines()
+        stdout=subprocess.PIPE, text=True, timeout=90).stdout.splitlines()
     process = int(output[0])
     frames = []
     for line in output[1:]:
