@@ -21,12 +21,11 @@ constexpr auto answer = "ok";
 /// One name for each directory, in the folder that belongs to this user's session.
 QString socketName(const QString &directory)
 {
-    const QByteArray hash =
-        QCryptographicHash::hash(QDir(directory).absolutePath().toUtf8(), QCryptographicHash::Sha256)
-            .toHex()
-            .first(16);
-    const QString runtime =
-        QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    const QByteArray hash = QCryptographicHash::hash(QDir(directory).absolutePath().toUtf8(),
+                                                     QCryptographicHash::Sha256)
+                                .toHex()
+                                .first(16);
+    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     return QStringLiteral("%1/talvo-%2").arg(runtime, QString::fromLatin1(hash));
 }
 

@@ -24,7 +24,8 @@ public:
     /// This process is the only one. Where the file system cannot lock, the socket alone decides.
     [[nodiscard]] bool isFirst() const { return m_isFirst; }
 
-    /// Asks the first process to show its window; false when it does not answer within a few seconds.
+    /// Asks the first process to show its window; false when it does not answer within a few
+    /// seconds.
     [[nodiscard]] bool raiseFirst() const;
 
 Q_SIGNALS:
@@ -32,8 +33,7 @@ Q_SIGNALS:
     void raiseRequested();
 
 private:
-    enum class LockResult
-    {
+    enum class LockResult {
         taken,
         takenByAnother,
         impossible,

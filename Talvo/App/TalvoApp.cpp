@@ -4,9 +4,12 @@
 #include "App/RefusingNetworkFactory.h"
 #include "App/SingleInstance.h"
 #include "Platform/FileManager.h"
+#include "Views/AccessibleEditor.h"
+#include "Views/KeychainHandle.h"
 
 #include <QDir>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QNetworkProxyFactory>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
@@ -35,6 +38,18 @@ void chooseRenderer()
 #endif
 }
 
+/// From this program's own resources: a look through the icon theme takes longer, and finds nothing
+/// where Talvo is not installed.
+QIcon windowIcon()
+{
+    QIcon icon;
+    for (const int pixels : {16, 24, 32, 48, 128}) {
+        icon.addFile(QStringLiteral(":/icons/%1x%1/%2.png")
+                         .arg(QString::number(pixels), QStringLiteral(TALVO_APPLICATION_ID)));
+    }
+    return icon;
+}
+
 void raise(QQuickWindow *window)
 {
     window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
@@ -45,38 +60,43 @@ void raise(QQuickWindow *window)
 
 } // namespace
 
-AppServices defaultServices()
+AppSetup defaultSetup()
 {
-    return {{}, KeychainStore()};
+    return {FileManager().applicationSupportDirectory(), [] {
+                return AppServices{{}, KeychainStore()};
+            }};
 }
 
-int run(int argc, char **argv, const std::function<AppServices()> &makeServices)
+int run(int argc, char **argv, const AppSetup &setup)
 {
     refuseCoreDumps();
     chooseRenderer();
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("talvo"));
     QGuiApplication::setApplicationDisplayName(QString());
-    QGuiApplication::setDesktopFileName(QStringLiteral("com.talvo.Talvo"));
+    QGuiApplication::setDesktopFileName(QStringLiteral(TALVO_APPLICATION_ID));
+    QGuiApplication::setWindowIcon(windowIcon());
     // The window may be gone while the last save is still being written.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
 
-    SingleInstance instance(FileManager().applicationSupportDirectory());
+    SingleInstance instance(setup.exclusiveDirectory);
     if (!instance.isFirst()) {
         return instance.raiseFirst() ? 0 : failureExitCode;
     }
 
-    AppServices services = makeServices();
+    AppServices services = setup.makeServices();
     ChatModel model(std::move(services.forModel));
     QObject::connect(&model, &ChatModel::closed, &application, &QGuiApplication::quit);
 
+    installAccessibleEditors();
     RefusingNetworkFactory refuseNetwork;
     QQmlApplicationEngine engine;
     engine.setNetworkAccessManagerFactory(&refuseNetwork);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    engine.setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&model)},
-                                 {QStringLiteral("keychain"), QVariant::fromValue(services.keychain)}});
+    engine.setInitialProperties(
+        {{QStringLiteral("model"), QVariant::fromValue(&model)},
+         {QStringLiteral("keychain"), QVariant::fromValue(KeychainHandle{services.keychain})}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Talvo/Views/MainWindow.qml")));
     if (engine.rootObjects().isEmpty()) {
         return failureExitCode;

@@ -14,20 +14,26 @@ struct AppServices
     KeychainStore keychain;
 };
 
-/// The application: one process, one window, one controller.
-///
-/// Main thread.
+/// How a program of this application is set up.
+struct AppSetup
+{
+    /// The directory on which this process has to be the only one.
+    QString exclusiveDirectory;
+    /// Called once it is known to be the only one.
+    std::function<AppServices()> makeServices;
+};
+
+/// The application: one process, one window, one controller. Main thread.
 namespace TalvoApp {
 
-/// The services of the real program: the user's archive, the system keychain, the Groq service.
-[[nodiscard]] AppServices defaultServices();
+/// The real program: the user's archive, the system keychain, the Groq service.
+[[nodiscard]] AppSetup defaultSetup();
 
 /// Runs the application until its window is closed and everything that was started has ended.
 ///
-/// A second process on the same archive asks the first one to show its window, and ends.
-/// @param makeServices called once the process is known to be the only one on its archive
+/// A second process on the same directory asks the first one to show its window, and ends.
 /// @return the process's exit code
-[[nodiscard]] int run(int argc, char **argv, const std::function<AppServices()> &makeServices);
+[[nodiscard]] int run(int argc, char **argv, const AppSetup &setup);
 
 } // namespace TalvoApp
 

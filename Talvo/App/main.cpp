@@ -2,5 +2,5 @@
 
 int main(int argc, char **argv)
 {
-    return Talvo::TalvoApp::run(argc, argv, Talvo::TalvoApp::defaultServices);
+    return Talvo::TalvoApp::run(argc, argv, Talvo::TalvoApp::defaultSetup());
 }

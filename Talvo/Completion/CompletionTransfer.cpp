@@ -11,7 +11,7 @@ namespace Talvo {
 namespace {
 
 /// What the network thread holds ready at most while the GUI thread is busy.
-constexpr qint64 readBufferSize = 256 * 1024;
+constexpr qint64 readBufferSize = 256LL * 1024;
 
 /// Statuses that come without a body, whatever Content-Length says (RFC 9110).
 bool hasNoBody(int status)
@@ -42,21 +42,22 @@ bool isWholeDespiteRefusedRepetition(const QNetworkReply &reply, int status)
 } // namespace
 
 CompletionTransfer::Pointer CompletionTransfer::start(QNetworkAccessManager &session,
-                                                      QNetworkRequest request, QByteArray body,
+                                                      const QNetworkRequest &request,
+                                                      QByteArray body,
                                                       std::chrono::milliseconds idleTimeout)
 {
-    return Pointer(
-        new CompletionTransfer(session, std::move(request), std::move(body), idleTimeout));
+    return Pointer(new CompletionTransfer(session, request, std::move(body), idleTimeout));
 }
 
-CompletionTransfer::CompletionTransfer(QNetworkAccessManager &session, QNetworkRequest request,
-                                       QByteArray body, std::chrono::milliseconds idleTimeout)
+CompletionTransfer::CompletionTransfer(QNetworkAccessManager &session,
+                                       const QNetworkRequest &request, QByteArray body,
+                                       std::chrono::milliseconds idleTimeout)
     // With a parent it also goes when the event loop runs no more.
     : QObject(&session)
 {
-    request.setHeader(QNetworkRequest::ContentLengthHeader, body.size());
-    auto *upload = new SingleUseBody(std::move(body), this);
-    m_reply = session.post(request, upload);
+    QNetworkRequest sized(request);
+    sized.setHeader(QNetworkRequest::ContentLengthHeader, body.size());
+    m_reply = session.post(sized, new SingleUseBody(std::move(body), this));
     m_reply->setParent(this);
     m_reply->setReadBufferSize(readBufferSize);
     connect(m_reply, &QNetworkReply::requestSent, this, [this] { m_stage = TransferStage::sent; });

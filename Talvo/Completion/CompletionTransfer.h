@@ -25,7 +25,7 @@ class CompletionTransfer : public QObject
 
 public:
     /// The bytes of an answer that are accepted; one byte more ends the transfer.
-    static constexpr qint64 maximumBodySize = 32 * 1024 * 1024;
+    static constexpr qint64 maximumBodySize = 32LL * 1024 * 1024;
 
     struct Answer
     {
@@ -44,8 +44,9 @@ public:
     /// Sends a POST.
     /// @param session outlives the transfer
     /// @param idleTimeout how long neither a byte may go out nor one of the answer come in
-    [[nodiscard]] static Pointer start(QNetworkAccessManager &session, QNetworkRequest request,
-                                       QByteArray body, std::chrono::milliseconds idleTimeout);
+    [[nodiscard]] static Pointer start(QNetworkAccessManager &session,
+                                       const QNetworkRequest &request, QByteArray body,
+                                       std::chrono::milliseconds idleTimeout);
 
     /// To be awaited; owned by the transfer.
     [[nodiscard]] QNetworkReply *reply() const { return m_reply; }
@@ -59,8 +60,8 @@ public:
     [[nodiscard]] Answer takeAnswer();
 
 private:
-    CompletionTransfer(QNetworkAccessManager &session, QNetworkRequest request, QByteArray body,
-                       std::chrono::milliseconds idleTimeout);
+    CompletionTransfer(QNetworkAccessManager &session, const QNetworkRequest &request,
+                       QByteArray body, std::chrono::milliseconds idleTimeout);
 
     void watchForSilence(std::chrono::milliseconds idleTimeout);
     void checkDeclaredSize();

@@ -14,6 +14,7 @@
 #include <QtConcurrent>
 
 #include <algorithm>
+#include <utility>
 
 namespace Talvo {
 
@@ -151,7 +152,7 @@ QCoro::Task<CompletionTransfer::Answer> answer(std::shared_ptr<QNetworkAccessMan
                                                CancellationCheck cancellation)
 {
     const auto transfer =
-        CompletionTransfer::start(*session, std::move(request), std::move(body), idleTimeout);
+        CompletionTransfer::start(*session, request, std::move(body), idleTimeout);
     QObject::connect(cancellation.source(), &RequestCancellation::cancelled, transfer.get(),
                      &CompletionTransfer::cancel);
     co_await transfer->reply();
@@ -215,8 +216,8 @@ QCoro::Task<QByteArray> GroqClient::complete(ChatMessageList messages, QString a
                                                  std::move(model), std::move(systemPrompt));
     cancellation.throwIfCancelled();
 
-    CompletionTransfer::Answer received =
-        co_await answer(session, std::move(request), std::move(body), idleTimeout, cancellation);
+    CompletionTransfer::Answer received = co_await answer(
+        session, std::exchange(request, {}), std::move(body), idleTimeout, cancellation);
     if (!received.status) {
         throw GroqError::invalidResponse();
     }

@@ -20,9 +20,9 @@ namespace Talvo {
 /// text, the sending flags, the error text, the model choice and the memory, drives every exchange
 /// and is the only writer of the archive.
 ///
-/// Confined to the GUI thread. Asynchronous operations suspend only while the store, the keychain or
-/// the service works, and never resume into a controller that is gone. A property notifies only when
-/// its value really changes.
+/// Confined to the GUI thread. Asynchronous operations suspend only while the store, the keychain
+/// or the service works, and never resume into a controller that is gone. A property notifies only
+/// when its value really changes.
 class ChatModel : public QObject
 {
     Q_OBJECT
@@ -99,8 +99,8 @@ public:
     Q_INVOKABLE void selectChat(const QUuid &id);
     /// Gives a conversation the first characters of the cleaned title, if any are left.
     Q_INVOKABLE void renameChat(const QUuid &id, const QString &title);
-    /// Removes a conversation; the top one is selected when it was the selected one. Refused while a
-    /// send is running.
+    /// Removes a conversation; the top one is selected when it was the selected one. Refused while
+    /// a send is running.
     Q_INVOKABLE void deleteChat(const QUuid &id);
     /// Chooses one of availableModels() for the requests that start from now on.
     Q_INVOKABLE void selectModel(const QString &model);
@@ -126,8 +126,7 @@ Q_SIGNALS:
     void closed();
 
 private:
-    enum class LoadPhase
-    {
+    enum class LoadPhase {
         notStarted,
         loading,
         ended,

@@ -77,7 +77,8 @@ QCoro::Task<std::optional<QString>> ChatModel::readKey()
     QString failure = QStringLiteral("Önce Ayarlar’dan Groq API anahtarını kaydet.");
     try {
         // On a worker: a keyring may ask the user for its password before it answers.
-        QFuture<std::optional<QString>> reading = QtConcurrent::run(&KeychainStore::read, *m_keychain);
+        QFuture<std::optional<QString>> reading =
+            QtConcurrent::run(&KeychainStore::read, *m_keychain);
         apiKey = co_await reading;
     } catch (const std::exception &error) {
         failure = localizedDescription(error);
@@ -152,8 +153,8 @@ QCoro::Task<> ChatModel::generateTitleIfNeeded(QUuid sessionID, ChatMessageList 
     }
     QByteArray reply;
     try {
-        QCoro::Task<QByteArray> completion = m_client->complete(
-            conversation, apiKey, m_selectedModel, Prompts::titleInstruction());
+        QCoro::Task<QByteArray> completion =
+            m_client->complete(conversation, apiKey, m_selectedModel, Prompts::titleInstruction());
         reply = co_await completion;
     } catch (const std::exception &) {
         // A conversation without a title of its own is no reason to disturb the user; the next
@@ -179,9 +180,8 @@ QCoro::Task<> ChatModel::updateMemory(ChatMessage userMessage, ChatMessage assis
                                       QString apiKey)
 {
     const QPointer<ChatModel> self(this);
-    const ChatMessageList request{
-        ChatMessage::make(ChatMessage::Role::user,
-                          Prompts::memoryRequest(m_memory, userMessage, assistantMessage))};
+    const ChatMessageList request{ChatMessage::make(
+        ChatMessage::Role::user, Prompts::memoryRequest(m_memory, userMessage, assistantMessage))};
     QByteArray reply;
     try {
         QCoro::Task<QByteArray> completion =

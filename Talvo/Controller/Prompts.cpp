@@ -4,15 +4,14 @@ namespace Talvo::Prompts {
 
 QString system(const QString &memory)
 {
-    const auto base =
-        QStringLiteral("Adın Talvo. Yardımcı bir yapay zeka asistanısın. Kullanıcıya açık, doğru ve "
-                       "doğal Türkçe ile yanıt ver.");
+    const auto base = QStringLiteral(
+        "Adın Talvo. Yardımcı bir yapay zeka asistanısın. Kullanıcıya açık, doğru ve "
+        "doğal Türkçe ile yanıt ver.");
     if (memory.isEmpty()) {
         return base;
     }
     return base +
-           QStringLiteral(
-               "\n\nKullanıcı hakkında önceki konuşmalardan hatırladığın bilgiler:\n") +
+           QStringLiteral("\n\nKullanıcı hakkında önceki konuşmalardan hatırladığın bilgiler:\n") +
            memory +
            QStringLiteral("\n\nBu hafızayı yalnızca ilgili olduğunda doğal biçimde kullan. "
                           "Kullanıcının söylemediği ayrıntıları uydurma.");
@@ -30,10 +29,13 @@ QString memoryInstruction()
 {
     return QStringLiteral(
         "Kullanıcı için kalıcı bir hafıza kaydı tutuyorsun. Yalnızca gelecekte gerçekten yararlı "
-        "olacak açık kullanıcı bilgilerini, tercihleri, hedefleri ve devam eden işleri sakla. Geçici "
+        "olacak açık kullanıcı bilgilerini, tercihleri, hedefleri ve devam eden işleri sakla. "
+        "Geçici "
         "soruları, asistanın sözlerini, hassas kimlik bilgilerini, API anahtarlarını ve tahminleri "
-        "saklama. Mevcut hafızayı güncelle ve tamamını kısa Türkçe madde işaretleri halinde döndür. "
-        "Saklanacak bilgi yoksa mevcut hafızayı aynen döndür; hafıza boşsa yalnızca \"(boş)\" yaz.");
+        "saklama. Mevcut hafızayı güncelle ve tamamını kısa Türkçe madde işaretleri halinde "
+        "döndür. "
+        "Saklanacak bilgi yoksa mevcut hafızayı aynen döndür; hafıza boşsa yalnızca \"(boş)\" "
+        "yaz.");
 }
 
 QByteArray memoryRequest(const QString &memory, const ChatMessage &userMessage,

@@ -19,8 +19,8 @@ namespace Prompts {
 /// The system prompt of the request that rewrites the memory.
 [[nodiscard]] QString memoryInstruction();
 
-/// The text, in UTF-8, of the one message of the memory request: the current memory and the exchange
-/// just ended.
+/// The text, in UTF-8, of the one message of the memory request: the current memory and the
+/// exchange just ended.
 [[nodiscard]] QByteArray memoryRequest(const QString &memory, const ChatMessage &userMessage,
                                        const ChatMessage &assistantMessage);
 

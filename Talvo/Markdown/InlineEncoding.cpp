@@ -18,7 +18,7 @@ constexpr std::array<bool, 128> makeMarkupTable()
 {
     std::array<bool, 128> table{};
     for (const char c : std::string_view("\0\r&*<@[\\_`~", 11)) {
-        table[static_cast<std::size_t>(c)] = true;
+        table[static_cast<unsigned char>(c)] = true;
     }
     return table;
 }

@@ -83,7 +83,11 @@ public:
             if (node == paragraph) {
                 continue;
             }
-            isInterpreted = event == CMARK_EVENT_ENTER ? enter(node) : leave(node);
+            if (event == CMARK_EVENT_EXIT) {
+                m_open.removeLast();
+            } else {
+                isInterpreted = enter(node);
+            }
         }
         cmark_iter_free(iterator);
         return isInterpreted;
@@ -118,12 +122,6 @@ private:
             open().styles |= Style::strikethrough;
             return true;
         }
-    }
-
-    [[nodiscard]] bool leave(cmark_node *)
-    {
-        m_open.removeLast();
-        return true;
     }
 
     /// Attributes for what is inside a node: those outside it, to be added to.

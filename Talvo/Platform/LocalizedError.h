@@ -45,7 +45,8 @@ public:
     }
 };
 
-/// The sentence to show for anything thrown: that of a LocalizedError, else a general one. Any thread.
+/// The sentence to show for anything thrown: that of a LocalizedError, else a general one. Any
+/// thread.
 [[nodiscard]] QString localizedDescription(const std::exception &error);
 
 } // namespace Talvo

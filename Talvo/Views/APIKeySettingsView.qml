@@ -6,7 +6,7 @@ import Talvo.Views
 ModalPanel {
     id: sheet
 
-    required property keychainStore keychain
+    required property keychainHandle keychain
 
     title: "Groq API Anahtarı"
     showsTitle: false

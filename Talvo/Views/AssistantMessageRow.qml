@@ -6,15 +6,15 @@ MessageRow {
     id: row
 
     isAssistant: true
-    contentImplicitWidth: message.implicitWidth
-    contentImplicitHeight: message.implicitHeight
+    contentWidth: message.naturalWidth
+    contentHeight: message.height
 
     MarkdownMessageView {
         id: message
 
         x: row.horizontalPadding
         y: row.verticalPadding
-        width: Math.min(Math.ceil(implicitWidth), row.maximumContentWidth)
+        width: row.maximumContentWidth
         content: row.content
     }
 }

@@ -34,30 +34,44 @@ void BlockStack::itemChange(ItemChange change, const ItemChangeData &data)
         // The width first: a text laid out once in its final width costs half of two layouts.
         if (m_fillWidth)
             data.item->setWidth(width());
-        connect(data.item, &QQuickItem::heightChanged, this, &BlockStack::layOut);
+        connect(data.item, &QQuickItem::heightChanged, this, &BlockStack::follow);
         if (!m_fillWidth)
-            connect(data.item, &QQuickItem::widthChanged, this, &BlockStack::layOut);
+            connect(data.item, &QQuickItem::widthChanged, this, &BlockStack::follow);
+        m_isGrowing = true;
+        polish();
     }
     if (change == ItemChildRemovedChange) {
         disconnect(data.item, nullptr, this, nullptr);
-        layOut();
+        m_isGrowing = true;
+        polish();
     }
+}
+
+void BlockStack::follow()
+{
+    if (isComponentComplete() && !m_isGrowing)
+        layOut();
+}
+
+qreal BlockStack::extent(const QQuickItem *child) const
+{
+    return m_horizontal ? child->width() : child->height();
 }
 
 void BlockStack::layOut()
 {
     if (!isComponentComplete())
         return;
+    m_isGrowing = false;
     qreal along = 0;
     qreal across = 0;
     const QList<QQuickItem *> children = childItems();
     for (QQuickItem *child : children) {
-        const qreal extent = m_horizontal ? child->width() : child->height();
-        if (extent <= 0)
+        if (extent(child) <= 0)
             continue;
         along += along > 0 ? m_spacing : 0;
         child->setPosition(m_horizontal ? QPointF(along, 0) : QPointF(0, along));
-        along += extent;
+        along += extent(child);
         across = std::max(across, m_horizontal ? child->height() : child->width());
     }
     if (m_horizontal)
@@ -71,9 +85,13 @@ void BlockStack::layOut()
 
 void BlockStack::updatePolish()
 {
+    if (m_isGrowing)
+        layOut();
     qreal widest = 0;
     const QList<QQuickItem *> children = childItems();
     for (const QQuickItem *child : children) {
+        if (extent(child) <= 0)
+            continue;
         const QVariant natural = child->property("naturalWidth");
         widest = std::max(widest, natural.isValid() ? natural.toReal() : child->width());
     }

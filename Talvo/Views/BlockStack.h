@@ -36,14 +36,17 @@ protected:
     void itemChange(ItemChange change, const ItemChangeData &data) override;
     void updatePolish() override;
 
-private Q_SLOTS:
-    void layOut();
-
 private:
+    void layOut();
+    /// Takes in that a child's size has changed.
+    void follow();
+    [[nodiscard]] qreal extent(const QQuickItem *child) const;
+
     qreal m_spacing = 0;
     bool m_horizontal = false;
     bool m_fillWidth = false;
     qreal m_naturalWidth = 0;
+    bool m_isGrowing = false; ///< children came, which the next polish lays out all at once
 };
 
 } // namespace Talvo

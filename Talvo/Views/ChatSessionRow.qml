@@ -14,7 +14,7 @@ T.ItemDelegate {
     property string editedTitle
 
     signal chosen
-    signal rename(newTitle: string)
+    signal rename(string newTitle)
     signal deleteRequested
 
     implicitHeight: texts.implicitHeight + 12

@@ -8,6 +8,11 @@ T.ComboBox {
 
     /// What is chosen, for assistive technology.
     required property string label
+    property bool opening: false
+
+    function isReturn(key: int): bool {
+        return key === Qt.Key_Return || key === Qt.Key_Enter;
+    }
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Math.max(Theme.controlHeight, implicitContentHeight + topPadding + bottomPadding)
@@ -22,8 +27,18 @@ T.ComboBox {
     Accessible.name: control.label
     Accessible.onPressAction: if (control.enabled)
         control.popup.open()
-    Keys.onReturnPressed: event => control.popup.opened ? event.accepted = false : control.popup.open()
-    Keys.onEnterPressed: event => control.popup.opened ? event.accepted = false : control.popup.open()
+    // Opens when the key goes up: the template closes an open list at that moment.
+    Keys.onPressed: event => {
+        if (control.isReturn(event.key) && !control.popup.visible)
+            event.accepted = control.opening = true;
+    }
+    Keys.onReleased: event => {
+        if (!control.opening || !control.isReturn(event.key))
+            return;
+        control.opening = false;
+        event.accepted = true;
+        control.popup.open();
+    }
 
     contentItem: PlainLabel {
         text: control.displayText

@@ -8,7 +8,7 @@ FocusScope {
     id: contentView
 
     required property ChatModel model
-    required property keychainStore keychain
+    required property keychainHandle keychain
     property bool isShowingSettings: false
 
     focus: true

@@ -29,7 +29,8 @@ QColor mixed(const QColor &from, const QColor &to, float part)
 
 double contrastRatio(const QColor &one, const QColor &other)
 {
-    const auto [low, high] = std::minmax(luminance(one), luminance(other));
+    // The list form gives values; the other one references to the two temporaries.
+    const auto [low, high] = std::minmax({luminance(one), luminance(other)});
     return (high + 0.05) / (low + 0.05);
 }
 

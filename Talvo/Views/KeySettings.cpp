@@ -10,7 +10,6 @@ namespace Talvo {
 
 KeySettings::KeySettings(QObject *parent)
     : QObject(parent)
-    , m_keychain(nullptr)
 {
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Keychain/KeychainStore.h"
+#include "Views/KeychainHandle.h"
 
 #include <QFuture>
 #include <QObject>
@@ -8,25 +8,17 @@
 
 namespace Talvo {
 
-/// Lets a view hand a KeychainStore on without looking into it.
-struct KeychainStoreForeign
-{
-    Q_GADGET
-    QML_FOREIGN(Talvo::KeychainStore)
-    QML_VALUE_TYPE(keychainStore)
-};
-
 /// What the settings sheet does: loads, saves and deletes the API key in the keychain, and says how
 /// it went. One object for each opening of the sheet.
 ///
-/// GUI thread; the keychain itself is asked on a worker, because it may in turn ask the user. Results
-/// that arrive after this object is gone are dropped.
+/// GUI thread; the keychain itself is asked on a worker, because it may in turn ask the user.
+/// Results that arrive after this object is gone are dropped.
 class KeySettings : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     /// Where the key is kept.
-    Q_PROPERTY(Talvo::KeychainStore keychain READ keychain WRITE setKeychain REQUIRED)
+    Q_PROPERTY(Talvo::KeychainHandle keychain READ keychain WRITE setKeychain REQUIRED)
     /// The text of the key field.
     Q_PROPERTY(QString apiKey READ apiKey WRITE setApiKey NOTIFY apiKeyChanged)
     Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusChanged)
@@ -42,8 +34,8 @@ public:
     ~KeySettings() override;
     Q_DISABLE_COPY_MOVE(KeySettings)
 
-    [[nodiscard]] KeychainStore keychain() const { return m_keychain; }
-    void setKeychain(const KeychainStore &keychain) { m_keychain = keychain; }
+    [[nodiscard]] KeychainHandle keychain() const { return {m_keychain}; }
+    void setKeychain(const KeychainHandle &keychain) { m_keychain = keychain.store; }
     [[nodiscard]] const QString &apiKey() const { return m_apiKey; }
     void setApiKey(const QString &apiKey);
     [[nodiscard]] const QString &statusMessage() const { return m_statusMessage; }
@@ -71,7 +63,7 @@ private:
     void setStatus(const QString &message, bool isError);
     void setBusy(bool isBusy);
 
-    KeychainStore m_keychain;
+    KeychainStore m_keychain{nullptr};
     QString m_apiKey;
     QString m_statusMessage;
     bool m_isError = false;

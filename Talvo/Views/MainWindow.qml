@@ -6,7 +6,7 @@ Window {
     id: window
 
     required property ChatModel model
-    required property keychainStore keychain
+    required property keychainHandle keychain
 
     width: Math.min(980, Screen.desktopAvailableWidth)
     height: Math.min(700, Screen.desktopAvailableHeight)

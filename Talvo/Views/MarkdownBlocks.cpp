@@ -7,7 +7,9 @@
 #include <QMutex>
 #include <QSemaphore>
 #include <QThreadPool>
+#include <QTimer>
 
+#include <algorithm>
 #include <variant>
 
 namespace Talvo {
@@ -16,6 +18,11 @@ namespace {
 /// A row of the message list should have its final height when it is created, or the list jumps
 /// while it is scrolled. Nearly every reply is parsed within this time; it is less than a frame.
 constexpr int patienceMilliseconds = 4;
+
+/// Blocks that are there at once, and per turn of the event loop from then on: what is drawn well
+/// within a frame or two.
+constexpr int firstPortion = 300;
+constexpr int portion = 60;
 
 /// Before everything else that waits for a worker thread: the user is looking at this text.
 constexpr int userInitiatedPriority = 10;
@@ -130,16 +137,35 @@ void MarkdownBlocks::show(const Job &job)
     const bool wasParsed = isParsed();
     beginResetModel();
     m_blocks = job.result;
+    m_rows = static_cast<int>(std::min<size_t>(m_blocks->size(), firstPortion));
     endResetModel();
+    grow();
     if (isParsed() != wasParsed)
         Q_EMIT parsedChanged();
+}
+
+void MarkdownBlocks::grow()
+{
+    if (static_cast<size_t>(m_rows) >= m_blocks->size())
+        return;
+    const auto next = [this, blocks = m_blocks] {
+        if (blocks != m_blocks)
+            return;
+        const int missing = static_cast<int>(m_blocks->size()) - m_rows;
+        const int count = std::min(missing, portion);
+        beginInsertRows({}, m_rows, m_rows + count - 1);
+        m_rows += count;
+        endInsertRows();
+        grow();
+    };
+    QTimer::singleShot(0, this, next);
 }
 
 int MarkdownBlocks::rowCount(const QModelIndex &parent) const
 {
     if (parent.isValid())
         return 0;
-    return isParsed() ? static_cast<int>(m_blocks->size()) : 1;
+    return isParsed() ? m_rows : 1;
 }
 
 QVariant MarkdownBlocks::data(const QModelIndex &index, int role) const

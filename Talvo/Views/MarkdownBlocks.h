@@ -15,7 +15,8 @@ namespace Talvo {
 ///
 /// Setting `content` starts a parse on a worker thread; the blocks shown so far stay until it has
 /// ended. While there are no blocks (before the first parse has ended, or when the text has none)
-/// the list has one row of kind "plain" with the whole text as it stands. GUI thread only.
+/// the list has one row of kind "plain" with the whole text as it stands. Blocks of a very long
+/// reply are added in portions, so that drawing them never holds the window up. GUI thread only.
 class MarkdownBlocks : public QAbstractListModel
 {
     Q_OBJECT
@@ -58,9 +59,12 @@ private:
     void parse();
     /// Takes a result over, unless that of a later content is shown already.
     void show(const Job &job);
+    /// Lets the views know of the next portion of a long reply.
+    void grow();
 
     QString m_content;
     std::shared_ptr<const Blocks> m_blocks;
+    int m_rows = 0; ///< how many of the blocks the views know of
     std::shared_ptr<Owner> m_owner;
     quint64 m_started = 0;
     quint64 m_shown = 0;

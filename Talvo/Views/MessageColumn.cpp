@@ -22,10 +22,8 @@ qreal estimatedHeight(const ChatMessage &message, qreal width)
     constexpr qreal lineHeight = 18;
     constexpr qreal averageCharacterWidth = 7.5;
     constexpr qreal besidesText = 150;
-    const qreal charactersPerLine =
-        std::max(10.0, (width - besidesText) / averageCharacterWidth);
-    const qreal lines =
-        std::ceil(static_cast<qreal>(message.content.size()) / charactersPerLine);
+    const qreal charactersPerLine = std::max(10.0, (width - besidesText) / averageCharacterWidth);
+    const qreal lines = std::ceil(static_cast<qreal>(message.content.size()) / charactersPerLine);
     return bubblePadding + std::max(1.0, lines) * lineHeight;
 }
 
@@ -196,8 +194,7 @@ void MessageColumn::keepViewportInside()
         return;
     }
     const qreal lowest = std::max(m_originY, m_endY - m_viewportHeight);
-    const qreal wanted =
-        m_isAtEnd ? lowest : std::clamp(m_viewportY, m_originY, lowest);
+    const qreal wanted = m_isAtEnd ? lowest : std::clamp(m_viewportY, m_originY, lowest);
     if (std::abs(wanted - m_viewportY) >= 1) {
         Q_EMIT viewportRequested(wanted);
     }
@@ -211,8 +208,8 @@ void MessageColumn::restack()
         return;
     }
     const bool isEndFixed = m_isAtEnd && isLastRowMade();
-    const auto firstVisible = std::ranges::find_if(
-        m_rows, [this](const Row &row) { return row.bottom() > m_viewportY; });
+    const auto firstVisible =
+        std::ranges::find_if(m_rows, [this](const Row &row) { return row.bottom() > m_viewportY; });
     auto fixed = firstVisible == m_rows.end() ? m_rows.end() - 1 : firstVisible;
     if (isEndFixed) {
         fixed = m_rows.end() - 1;
@@ -363,7 +360,8 @@ void MessageColumn::updateExtent()
     if (!m_rows.empty()) {
         const int firstAfter = lastIndex() + 1;
         const qreal before = m_heights.sumBefore(m_firstIndex);
-        const qreal after = m_heights.sumBefore(m_heights.count()) - m_heights.sumBefore(firstAfter);
+        const qreal after =
+            m_heights.sumBefore(m_heights.count()) - m_heights.sumBefore(firstAfter);
         origin = m_rows.front().y - before - m_padding;
         end = m_rows.back().bottom() + after + footerExtent() + m_padding;
     }

@@ -11,30 +11,32 @@
 
 namespace Talvo {
 
-/// The content of the message list: a stack of rows of which only those near the visible area exist.
+/// The content of the message list: a stack of rows of which only those near the visible area
+/// exist.
 ///
-/// Lies inside a Flickable, which tells it what is visible (`viewportY`, `viewportHeight`) and learns
-/// from it where the content begins and ends (`originY`, `endY`, which move as estimated heights give
-/// way to measured ones). What is visible never moves by itself: when heights change, the rows above
-/// and below give way. While the end of the list is visible, the end is what stays.
+/// Lies inside a Flickable, which tells it what is visible (`viewportY`, `viewportHeight`) and
+/// learns from it where the content begins and ends (`originY`, `endY`, which move as estimated
+/// heights give way to measured ones). What is visible never moves by itself: when heights change,
+/// the rows above and below give way. While the end of the list is visible, the end is what stays.
 ///
 /// The cost of a frame depends on what is visible, not on the number of messages. GUI thread.
 class MessageColumn : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(Talvo::MessageListModel *model READ model WRITE setModel NOTIFY modelChanged REQUIRED)
+    Q_PROPERTY(
+        Talvo::MessageListModel *model READ model WRITE setModel NOTIFY modelChanged REQUIRED)
     /// Made with the initial properties `content` and `width`.
     Q_PROPERTY(QQmlComponent *userDelegate MEMBER m_userDelegate NOTIFY delegatesChanged REQUIRED)
-    Q_PROPERTY(
-        QQmlComponent *assistantDelegate MEMBER m_assistantDelegate NOTIFY delegatesChanged REQUIRED)
+    Q_PROPERTY(QQmlComponent *assistantDelegate MEMBER m_assistantDelegate NOTIFY delegatesChanged
+                   REQUIRED)
     /// Shown below the last row while it is visible.
     Q_PROPERTY(QQuickItem *footer READ footer WRITE setFooter NOTIFY footerChanged)
     Q_PROPERTY(qreal spacing MEMBER m_spacing NOTIFY layoutChanged)
     Q_PROPERTY(qreal padding MEMBER m_padding NOTIFY layoutChanged)
     Q_PROPERTY(qreal viewportY READ viewportY WRITE setViewportY NOTIFY viewportChanged)
-    Q_PROPERTY(qreal viewportHeight READ viewportHeight WRITE setViewportHeight NOTIFY
-                   viewportChanged)
+    Q_PROPERTY(
+        qreal viewportHeight READ viewportHeight WRITE setViewportHeight NOTIFY viewportChanged)
     Q_PROPERTY(qreal originY READ originY NOTIFY extentChanged)
     Q_PROPERTY(qreal endY READ endY NOTIFY extentChanged)
     /// The view is moving to the end: it needs no help to stay inside the content.
@@ -59,7 +61,8 @@ public:
     [[nodiscard]] qreal endY() const { return m_endY; }
     [[nodiscard]] bool isAtEnd() const { return m_isAtEnd; }
 
-    /// Lays out what is visible now instead of before the next frame, so that originY and endY hold.
+    /// Lays out what is visible now instead of before the next frame, so that originY and endY
+    /// hold.
     Q_INVOKABLE void forceLayout();
 
 Q_SIGNALS:
@@ -133,7 +136,7 @@ private:
     bool m_isFollowing = false;
     bool m_isLayingOut = false;
 
-    RowHeights m_heights; ///< of all rows, spacing included
+    RowHeights m_heights;   ///< of all rows, spacing included
     std::deque<Row> m_rows; ///< those that exist: consecutive, from m_firstIndex on
     int m_firstIndex = 0;
 };

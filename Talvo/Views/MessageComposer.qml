@@ -10,10 +10,10 @@ FocusScope {
     required property bool canSend
     required property bool isSending
 
-    signal draftEdited(text: string)
+    signal draftEdited(string text)
     signal send
     /// The page keys scroll the conversation.
-    signal pageRequested(pages: int)
+    signal pageRequested(int pages)
 
     readonly property int maximumLines: 6
     readonly property real lineHeight: Math.ceil(metrics.height)

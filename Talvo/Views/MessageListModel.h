@@ -19,8 +19,7 @@ class MessageListModel : public QAbstractListModel
                    controllerChanged REQUIRED)
 
 public:
-    enum Roles
-    {
+    enum Roles {
         IsAssistantRole = Qt::UserRole + 1, ///< bool
         ContentRole,                        ///< QString
     };

@@ -8,9 +8,9 @@ Item {
     /// The message's text, for the view in the bubble.
     required property string content
     required property bool isAssistant
-    /// How wide the bubble's content would like to be.
-    required property real contentImplicitWidth
-    required property real contentImplicitHeight
+    /// How much of maximumContentWidth the bubble's content needs.
+    required property real contentWidth
+    required property real contentHeight
     default property alias bubbleContent: bubble.data
 
     readonly property int horizontalPadding: 14
@@ -33,8 +33,8 @@ Item {
         id: bubble
 
         x: row.isAssistant ? avatar.x + avatar.width + 12 : avatar.x - 12 - width
-        width: Math.min(Math.ceil(row.contentImplicitWidth), row.maximumContentWidth) + 2 * row.horizontalPadding
-        height: Math.ceil(row.contentImplicitHeight) + 2 * row.verticalPadding
+        width: Math.min(Math.ceil(row.contentWidth), row.maximumContentWidth) + 2 * row.horizontalPadding
+        height: Math.ceil(row.contentHeight) + 2 * row.verticalPadding
         radius: Theme.radius
         color: row.isAssistant ? Theme.bubbleBot : Theme.bubbleUser
     }

@@ -13,10 +13,20 @@ T.Dialog {
     property T.AbstractButton defaultButton: null
     property bool showsTitle: true
 
+    property Item focusBefore: null
+
     function answer(): void {
         if (panel.defaultButton && panel.defaultButton.enabled)
             panel.defaultButton.clicked();
     }
+
+    // A window's popups give the focus back to the window only, not to its item.
+    onAboutToShow: {
+        panel.focusBefore = panel.parent ? panel.parent.Window.activeFocusItem : null;
+        panel.contentItem.parent.Accessible.name = panel.title;
+    }
+    onClosed: if (panel.focusBefore)
+        panel.focusBefore.forceActiveFocus(Qt.PopupFocusReason)
 
     parent: T.Overlay.overlay
     anchors.centerIn: parent

@@ -94,7 +94,7 @@ void ReadOnlyText::openMenu()
                            {QStringLiteral("copier"), QVariant::fromValue<QObject *>(this)}});
     }
     if (m_menu)
-        QMetaObject::invokeMethod(m_menu, "popup");
+        QMetaObject::invokeMethod(m_menu, "openAtPointer");
 }
 
 QObject *ReadOnlyText::makeView(const QString &name, const QVariantMap &properties) const

@@ -7,7 +7,7 @@ ModalPanel {
 
     required property string editedTitle
 
-    signal titleEdited(title: string)
+    signal titleEdited(string title)
     signal saved
 
     title: "Sohbeti Yeniden Adlandır"

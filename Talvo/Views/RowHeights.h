@@ -6,9 +6,9 @@
 
 namespace Talvo {
 
-/// The heights of all rows of a list, estimated or measured, with their sums at hand: a Fenwick tree
-/// (P. Fenwick, "A New Data Structure for Cumulative Frequency Tables", 1994). Changing a height,
-/// summing and searching are logarithmic in the number of rows.
+/// The heights of all rows of a list, estimated or measured, with their sums at hand: a Fenwick
+/// tree (P. Fenwick, "A New Data Structure for Cumulative Frequency Tables", 1994). Changing a
+/// height, summing and searching are logarithmic in the number of rows.
 class RowHeights
 {
 public:

@@ -8,9 +8,9 @@ ListView {
 
     required property SessionListModel sessions
 
-    signal chatSelected(id: var)
-    signal renameChat(id: var, title: string)
-    signal deleteChat(id: var)
+    signal chatSelected(var id)
+    signal renameChat(var id, string title)
+    signal deleteChat(var id)
 
     function selectRow(row: int): void {
         if (row >= 0 && row < list.count)

@@ -97,8 +97,7 @@ bool SessionListModel::applyMoveToTop(const std::vector<Row> &rows)
         return false;
     }
     const auto moved = std::ranges::find(m_rows, rows.front().id, &Row::id);
-    if (moved == m_rows.end() ||
-        !std::equal(m_rows.begin(), moved, rows.begin() + 1) ||
+    if (moved == m_rows.end() || !std::equal(m_rows.begin(), moved, rows.begin() + 1) ||
         !std::equal(moved + 1, m_rows.end(), rows.begin() + 1 + (moved - m_rows.begin()))) {
         return false;
     }
@@ -152,8 +151,7 @@ void SessionListModel::followSelection()
 {
     int row = -1;
     if (m_controller && m_controller->selectedChatID()) {
-        const auto selected =
-            std::ranges::find(m_rows, *m_controller->selectedChatID(), &Row::id);
+        const auto selected = std::ranges::find(m_rows, *m_controller->selectedChatID(), &Row::id);
         row = selected == m_rows.end() ? -1 : static_cast<int>(selected - m_rows.begin());
     }
     const int previous = std::exchange(m_selectedRow, row);

@@ -10,9 +10,9 @@ namespace Talvo {
 
 /// The controller's conversations as a list for the sidebar, in the controller's order.
 ///
-/// Follows the controller with the smallest change it can name (a row inserted, removed, moved to the
-/// top, retitled), so that rows keep their state and the view its place. Each change costs one pass
-/// over the identifiers. GUI thread.
+/// Follows the controller with the smallest change it can name (a row inserted, removed, moved to
+/// the top, retitled), so that rows keep their state and the view its place. Each change costs one
+/// pass over the identifiers. GUI thread.
 class SessionListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -23,8 +23,7 @@ class SessionListModel : public QAbstractListModel
     Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedRowChanged)
 
 public:
-    enum Roles
-    {
+    enum Roles {
         SessionIdRole = Qt::UserRole + 1, ///< QUuid
         TitleRole,                        ///< QString
         UpdatedTextRole,                  ///< QString, relative to the moment of the call

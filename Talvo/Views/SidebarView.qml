@@ -11,10 +11,10 @@ FocusScope {
     required property list<string> models
 
     signal newChat
-    signal chatSelected(id: var)
-    signal renameChat(id: var, title: string)
-    signal deleteChat(id: var)
-    signal modelSelected(name: string)
+    signal chatSelected(var id)
+    signal renameChat(var id, string title)
+    signal deleteChat(var id)
+    signal modelSelected(string name)
     signal showSettings
 
     Rectangle {

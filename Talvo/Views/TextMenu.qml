@@ -12,7 +12,13 @@ T.Menu {
     property var copier: menu.target
     readonly property bool selected: menu.target.selectionStart !== menu.target.selectionEnd
 
-    width: 190
+    /// Opens the menu at the pointer. Unlike `popup` it can be called from C++ too.
+    function openAtPointer(): void {
+        menu.popup();
+    }
+
+    implicitWidth: 190
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
     padding: 5
     margins: 6
 

@@ -9,9 +9,10 @@ Loader {
     function openFor(text: Item): void {
         if (status === Loader.Null)
             setSource("TextMenu.qml", {
-                    "target": text
+                    "target": text,
+                    "parent": text
                 });
-        (loader.item as TextMenu).popup();
+        (loader.item as TextMenu).openAtPointer();
     }
 
     visible: false

@@ -46,7 +46,7 @@ QtObject {
     readonly property color raised: dark ? "#292a30" : "#ffffff"
     readonly property color bar: Qt.alpha(sidebar, 0.75)
     readonly property color field: dark ? "#222328" : "#ffffff"
-    readonly property color fieldEdge: dark ? "#7a7f8c" : "#8a8f9b"
+    readonly property color fieldEdge: dark ? "#7a7f8c" : "#858a96"
     readonly property color separator: dark ? "#24ffffff" : "#1f0f1220"
     readonly property color dim: dark ? "#8c000000" : "#4d101318"
     readonly property color shadow: dark ? "#14000000" : "#05101828"

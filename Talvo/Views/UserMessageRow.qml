@@ -6,15 +6,17 @@ MessageRow {
     id: row
 
     isAssistant: false
-    contentImplicitWidth: message.implicitWidth
-    contentImplicitHeight: message.implicitHeight
+    contentWidth: message.contentWidth
+    contentHeight: message.height
 
     PlainMessageText {
         id: message
 
         x: row.horizontalPadding
         y: row.verticalPadding
-        width: Math.min(Math.ceil(implicitWidth), row.maximumContentWidth)
-        text: row.content
+        width: row.maximumContentWidth
+        content: row.content
+        color: "white"
+        selectionColor: Theme.selection
     }
 }

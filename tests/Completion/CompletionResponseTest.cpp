@@ -137,7 +137,7 @@ TEST(CompletionResponse, leavesASharedBodyAlone)
 
 TEST(CompletionResponse, decodesALargeBody)
 {
-    const QByteArray content = QByteArray("ö").repeated(8 * 1024 * 1024);
+    const QByteArray content = QByteArray("ö").repeated(8LL * 1024 * 1024);
     const auto response = CompletionResponse::decoded(R"({"choices":[{"message":{"content":")" +
                                                       content + R"("}}]})");
     EXPECT_TRUE(response.choices.at(0).message.content == content);

@@ -194,6 +194,7 @@ TEST(GroqClient, answersOverlappingCallsEachWithItsOwn)
     });
     const ClientCall call(service);
     std::vector<QCoro::Task<QByteArray>> tasks;
+    tasks.reserve(count);
     for (int i = 0; i < count; ++i) {
         tasks.push_back(call.client.complete({}, ClientCall::testKey(), QString(i, u'm'), {}));
     }

@@ -117,7 +117,7 @@ TEST(GroqClientTransfer, sendsALargeRequestOnceEvenIfItIsClosedUnanswered)
 {
     const LoopbackService service({ScriptedAnswer().then(End::close)});
     const ClientCall call(service);
-    const QByteArray content(3 * 1024 * 1024, 'x');
+    const QByteArray content(3LL * 1024 * 1024, 'x');
     const CallEnd end =
         endOf(call.client.complete({ChatMessage::make(ChatMessage::Role::user, content)},
                                    ClientCall::testKey(), QStringLiteral("m"), std::nullopt));
@@ -254,7 +254,7 @@ TEST(GroqClientTransfer, acceptsABodyUpToTheBound)
 
 TEST(GroqClientTransfer, stopsAtABodyAboveTheBound)
 {
-    const QByteArray block(64 * 1024, 'x');
+    const QByteArray block(64LL * 1024, 'x');
     const std::pair<const char *, ScriptedAnswer> answers[] = {
         {"declared", ScriptedAnswer::head(200, {{"Content-Length", QByteArray::number(bound + 1)}})
                          .then(End::hang)},
@@ -307,7 +307,7 @@ TEST(GroqClientTransfer, timesOutWhenTheServiceTakesNoBytes)
     QUrl url(QStringLiteral("http://127.0.0.1/"));
     url.setPort(silent.serverPort());
     const ClientCall call(url, 150ms);
-    const QByteArray content(16 * 1024 * 1024, 'x');
+    const QByteArray content(16LL * 1024 * 1024, 'x');
     const CallEnd end =
         endOf(call.client.complete({ChatMessage::make(ChatMessage::Role::user, content)},
                                    ClientCall::testKey(), QStringLiteral("m"), std::nullopt));

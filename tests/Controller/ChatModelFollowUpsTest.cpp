@@ -43,9 +43,12 @@ const auto titleInstruction = QStringLiteral(
     "Bu konuşmanın ana konusunu özetleyen kısa bir Türkçe sohbet başlığı üret. Başlık 2-6 kelime "
     "olsun. Yalnızca başlığı yaz; tırnak, noktalama, açıklama veya \"Başlık:\" ön eki kullanma.");
 const auto memoryInstruction = QStringLiteral(
-    "Kullanıcı için kalıcı bir hafıza kaydı tutuyorsun. Yalnızca gelecekte gerçekten yararlı olacak "
-    "açık kullanıcı bilgilerini, tercihleri, hedefleri ve devam eden işleri sakla. Geçici soruları, "
-    "asistanın sözlerini, hassas kimlik bilgilerini, API anahtarlarını ve tahminleri saklama. Mevcut "
+    "Kullanıcı için kalıcı bir hafıza kaydı tutuyorsun. Yalnızca gelecekte gerçekten yararlı "
+    "olacak "
+    "açık kullanıcı bilgilerini, tercihleri, hedefleri ve devam eden işleri sakla. Geçici "
+    "soruları, "
+    "asistanın sözlerini, hassas kimlik bilgilerini, API anahtarlarını ve tahminleri saklama. "
+    "Mevcut "
     "hafızayı güncelle ve tamamını kısa Türkçe madde işaretleri halinde döndür. Saklanacak bilgi "
     "yoksa mevcut hafızayı aynen döndür; hafıza boşsa yalnızca \"(boş)\" yaz.");
 

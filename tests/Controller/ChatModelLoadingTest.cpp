@@ -35,10 +35,9 @@ TEST_F(ChatModelLoading, beginsWithOneGreetedSession)
 
 TEST_F(ChatModelLoading, offersThreeModels)
 {
-    EXPECT_EQ(ChatModel::availableModels(),
-              (QStringList{QStringLiteral("llama-3.3-70b-versatile"),
-                           QStringLiteral("llama-3.1-8b-instant"),
-                           QStringLiteral("openai/gpt-oss-120b")}));
+    EXPECT_EQ(ChatModel::availableModels(), (QStringList{QStringLiteral("llama-3.3-70b-versatile"),
+                                                         QStringLiteral("llama-3.1-8b-instant"),
+                                                         QStringLiteral("openai/gpt-oss-120b")}));
 }
 
 TEST_F(ChatModelLoading, theFirstRunIsSavedAtOnce)
@@ -72,9 +71,9 @@ TEST_F(ChatModelLoading, isCleanedSortedAndWrittenBack)
     archive.selectedModel = QStringLiteral("eski-model/1");
     putArchive(archive);
     load();
-    EXPECT_EQ(titles(model->sessions()), (QStringList{QStringLiteral("Bir"),
-                                                      QStringLiteral("İki kod"),
-                                                      QStringLiteral("Üç")}));
+    EXPECT_EQ(
+        titles(model->sessions()),
+        (QStringList{QStringLiteral("Bir"), QStringLiteral("İki kod"), QStringLiteral("Üç")}));
     EXPECT_EQ(model->selectedChatID(), model->sessions()[0].id);
     EXPECT_EQ(model->memory(), QStringLiteral("- not"));
     EXPECT_EQ(model->selectedModel(), QStringLiteral("eski-model/1"));
@@ -99,8 +98,8 @@ TEST_F(ChatModelLoading, aFailureShowsItsSentenceAndSavesNothing)
     ASSERT_TRUE(waitUntil([&] { return !model->isLoadingArchive(); }));
     settle();
     ASSERT_TRUE(model->errorMessage());
-    EXPECT_TRUE(model->errorMessage()->startsWith(
-        platformFailureText(PlatformFailure::archiveNotValid)));
+    EXPECT_TRUE(
+        model->errorMessage()->startsWith(platformFailureText(PlatformFailure::archiveNotValid)));
     EXPECT_TRUE(model->errorMessage()->contains(QStringLiteral("chat-archive.unreadable")));
     EXPECT_EQ(model->sessions().size(), 1U);
     EXPECT_EQ(saveCount(), 0U);

@@ -69,10 +69,9 @@ TEST_F(ChatModelSending, theFirstRequestHoldsPromptGreetingAndMessage)
 {
     beginSend(QStringLiteral("Nasılsın?"));
     EXPECT_EQ(messagesOf(request(0)),
-              (std::vector<SentMessage>{
-                  {QStringLiteral("system"), base},
-                  {QStringLiteral("assistant"), greeting},
-                  {QStringLiteral("user"), QStringLiteral("Nasılsın?")}}));
+              (std::vector<SentMessage>{{QStringLiteral("system"), base},
+                                        {QStringLiteral("assistant"), greeting},
+                                        {QStringLiteral("user"), QStringLiteral("Nasılsın?")}}));
     EXPECT_EQ(modelOf(request(0)), QStringLiteral("llama-3.3-70b-versatile"));
     EXPECT_EQ(request(0)->request().rawHeader("Authorization"), "Bearer gsk_anahtar");
 }
@@ -304,7 +303,8 @@ TEST_F(ChatModelSending, theModelMayGoInEveryPhase)
         settle();
         for (std::size_t i = first; i < network->count(); ++i) {
             const auto &left = network->replies()[i];
-            EXPECT_TRUE(left.isNull() || left->isFinished()) << "phase " << phase << ", request " << i - first;
+            EXPECT_TRUE(left.isNull() || left->isFinished())
+                << "phase " << phase << ", request " << i - first;
         }
     }
 }

@@ -114,7 +114,8 @@ TEST_F(ChatModelSessions, deletingTheSelectedChatSelectsTheTopOne)
     model->setDraft(QStringLiteral("taslak"));
     model->setErrorMessage(QStringLiteral("hata"));
     model->deleteChat(idAt(2));
-    EXPECT_EQ(titles(model->sessions()), (QStringList{QStringLiteral("Bir"), QStringLiteral("İki")}));
+    EXPECT_EQ(titles(model->sessions()),
+              (QStringList{QStringLiteral("Bir"), QStringLiteral("İki")}));
     EXPECT_EQ(model->selectedChatID(), idAt(0));
     EXPECT_TRUE(model->draft().isEmpty());
     EXPECT_FALSE(model->errorMessage());

@@ -6,6 +6,9 @@
 #include <QJsonObject>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+
 using namespace Talvo;
 
 // Every row of inline-cases.json is one test, named after the row's id.

@@ -10,24 +10,32 @@ import subprocess
 import sys
 from pathlib import Path
 
-UNSHARE = [
-    "unshare", "--user", "--map-root-user", "--net", "--mount", "--pid", "--fork", "--kill-child",
-    "--mount-proc",
+SEPARATE = ["--net", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc"]
+
+#: Ways in, the first that works is taken: as any user, and as root where users may not do that.
+WAYS = [
+    ["unshare", "--user", "--map-root-user", *SEPARATE],
+    ["unshare", *SEPARATE],
 ]
 
 
-def refusal():
-    """Why namespaces cannot be had here, or None when they can."""
-    probe = subprocess.run(
-        [*UNSHARE, "mount", "--bind", "/etc/hosts", "/etc/hosts"],
-        stdin=subprocess.DEVNULL, capture_output=True, text=True,
-    )
-    return None if probe.returncode == 0 else probe.stderr.strip() or "unshare failed"
+def find_way():
+    """The way in and None, or None and why there is none here."""
+    refusal = ""
+    for way in WAYS:
+        probe = subprocess.run(
+            [*way, "mount", "--bind", "/etc", "/etc"],
+            stdin=subprocess.DEVNULL, capture_output=True, text=True,
+        )
+        if probe.returncode == 0:
+            return way, None
+        refusal = refusal or probe.stderr.strip() or "unshare failed"
+    return None, refusal
 
 
-def enter(script, *arguments):
+def enter(way, script, *arguments):
     """Runs a Python script inside, as process 1 there, and gives back its exit code."""
-    command = [*UNSHARE, sys.executable, str(script), *arguments]
+    command = [*way, sys.executable, str(script), *arguments]
     return subprocess.run(command, stdin=subprocess.DEVNULL).returncode
 
 

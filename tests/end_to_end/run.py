@@ -14,11 +14,11 @@ SKIPPED = 77
 
 
 def main():
-    refusal = namespace.refusal()
-    if refusal:
+    way, refusal = namespace.find_way()
+    if way is None:
         print(f"skipped: no namespaces here ({refusal})")
         return SKIPPED
-    return namespace.enter(Path(__file__).with_name("inside.py"), *sys.argv[1:])
+    return namespace.enter(way, Path(__file__).with_name("inside.py"), *sys.argv[1:])
 
 
 if __name__ == "__main__":

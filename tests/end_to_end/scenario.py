@@ -39,7 +39,7 @@ class Talvo:
             env=environment, stdin=subprocess.DEVNULL, stdout=output, stderr=output,
         )
         self._wrapped = bool(wrapper)
-        self.window = Window(self.process_id())
+        self.window = Window(self.process_id(), self._process.poll)
 
     def process_id(self):
         """The program's own process, also when a tracer started it."""

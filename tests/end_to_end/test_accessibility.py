@@ -40,12 +40,12 @@ class Accessibility(Scenario):
         press(window.get(BUTTON, "Yeni Sohbet"))
         window.wait_for_text(SECOND_GREETING)
         wait_until(lambda: self.titles() == ["Yeni Sohbet", "Tarifler"], "the new chat on the disk")
-        wait_until(lambda: has_state(window.row("Yeni Sohbet"), Atspi.StateType.SELECTED),
-                   "the new chat's row selected")
+        window.wait_until(lambda: has_state(window.row("Yeni Sohbet"), Atspi.StateType.SELECTED),
+                          "the new chat's row selected")
 
         press(window.row("Tarifler"))
-        wait_until(lambda: has_state(window.row("Tarifler"), Atspi.StateType.SELECTED),
-                   "the other row selected")
+        window.wait_until(lambda: has_state(window.row("Tarifler"), Atspi.StateType.SELECTED),
+                          "the other row selected")
         window.wait_without_text(SECOND_GREETING)
 
         press(window.get(BUTTON, "Sohbeti sil", window.row("Yeni Sohbet")))

@@ -10,7 +10,6 @@ import unittest
 
 from completion_service import MEMORY, REPLY, TITLE
 from scenario import KEY, Scenario
-from waiting import wait_until
 from window import content_of
 
 SAVED = {
@@ -49,7 +48,7 @@ class Closing(Scenario):
         window = self.start()
         window.row("Eski sohbet")
         window.type_into(self.composer(), "Selam")
-        wait_until(lambda: content_of(self.composer()) == "Selam", "the typed draft")
+        window.wait_until(lambda: content_of(self.composer()) == "Selam", "the typed draft")
         return window
 
     def start_on_slow_disk(self, calls, *selection):
@@ -74,7 +73,7 @@ class Closing(Scenario):
 
     def test_while_the_archive_is_loaded(self):
         window = self.start_on_slow_disk("openat", "-P", str(self.archive_path))
-        wait_until(window.root, "the program on the accessibility bus")
+        window.wait_until(window.root, "the program on the accessibility bus")
         self.composer()
         self.assertNotIn("Eski sohbet", window.texts(), "the disk was to be slower than this test")
         self.close()
@@ -96,9 +95,9 @@ class Closing(Scenario):
         window = self.start_on_slow_disk("rename,renameat,renameat2", "--seccomp-bpf")
         window.row("Eski sohbet")
         window.type_into(self.composer(), "Selam")
-        wait_until(lambda: content_of(self.composer()) == "Selam", "the typed draft")
+        window.wait_until(lambda: content_of(self.composer()) == "Selam", "the typed draft")
         window.key("Return")
-        wait_until(lambda: content_of(self.composer()) == "", "the draft taken over")
+        window.wait_until(lambda: content_of(self.composer()) == "", "the draft taken over")
         window.wait_for_text("Selam")
         self.assertEqual(self.messages(), ["Merhaba"], "the disk was to be slower than this test")
         self.close()

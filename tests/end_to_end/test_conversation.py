@@ -55,7 +55,7 @@ class Conversation(Scenario):
 
     def without_a_key_nothing_is_sent(self, window):
         window.type_into(self.composer(), QUESTION)
-        wait_until(lambda: content_of(self.composer()) == QUESTION, "the typed draft")
+        window.wait_until(lambda: content_of(self.composer()) == QUESTION, "the typed draft")
         window.key("Return")
         window.wait_for_text("Önce Ayarlar’dan Groq API anahtarını kaydet.")
         window.wait_for_text("Bir sorun oluştu")

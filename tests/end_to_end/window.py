@@ -19,14 +19,28 @@ DIALOG = {Atspi.Role.DIALOG, Atspi.Role.ALERT}
 
 
 class Window:
-    """The window of one running process."""
+    """The window of one running process; `exit_code` gives None as long as that runs."""
 
-    def __init__(self, process_id):
+    def __init__(self, process_id, exit_code):
         self._process_id = process_id
+        self._exit_code = exit_code
         Atspi.init()
         Atspi.set_timeout(3000, 15000)
 
     # What is there
+
+    def wait_until(self, condition, what, seconds=30):
+        """Waits for something in the window; fails at once when the program has ended."""
+
+        def attempt():
+            if self._exit_code() is not None:
+                raise AssertionError(f"Talvo ended with {self._exit_code()} instead of: {what}")
+            try:
+                return condition()
+            except GLib.Error:
+                return None # the window changed while it was read
+
+        return wait_until(attempt, what, seconds)
 
     def root(self):
         """The application's accessible, or None while it is not on the bus yet."""
@@ -57,9 +71,7 @@ class Window:
 
     def get(self, roles, name, below=None):
         """Waits for an element of these roles with this name and gives back the first one."""
-        found = wait_until(lambda: _ignoring_changes(self.find, roles, name, below),
-                           f"“{name}” in the window")
-        return found[0]
+        return self.wait_until(lambda: self.find(roles, name, below), f"“{name}” in the window")[0]
 
     def texts(self, below=None):
         """The names and text contents of everything that shows."""
@@ -72,17 +84,15 @@ class Window:
 
     def wait_for_text(self, text, seconds=30):
         """Waits until an element shows exactly this text."""
-        wait_until(lambda: text in (_ignoring_changes(self.texts) or []), f"“{text}” in the window",
-                   seconds)
+        self.wait_until(lambda: text in self.texts(), f"“{text}” in the window", seconds)
 
     def wait_without_text(self, text, seconds=30):
         """Waits until no element shows this text."""
-        wait_until(lambda: text not in (_ignoring_changes(self.texts) or [text]),
-                   f"no “{text}” in the window", seconds)
+        self.wait_until(lambda: text not in self.texts(), f"no “{text}” in the window", seconds)
 
     def row(self, title):
         """The sidebar's row of the conversation with this title."""
-        return wait_until(lambda: _ignoring_changes(self._row, title), f"a row “{title}”")
+        return self.wait_until(lambda: self._row(title), f"a row “{title}”")
 
     def _row(self, title):
         for element in self.elements():
@@ -120,7 +130,7 @@ class Window:
         Not Ç, Ö and Ü: xdotool types the capital letters of Latin-1 as small ones.
         """
         self.click(element)
-        wait_until(lambda: has_state(element, Atspi.StateType.FOCUSED), "the focus in the field")
+        self.wait_until(lambda: has_state(element, Atspi.StateType.FOCUSED), "the focus in the field")
         _xdotool("type", "--clearmodifiers", "--delay", 20, text)
 
     def key(self, *names):
@@ -171,14 +181,6 @@ def _showing(element):
         if has_state(child, Atspi.StateType.SHOWING):
             yield child
         yield from _showing(child)
-
-
-def _ignoring_changes(read, *arguments):
-    """None instead of an error when the window changes while it is being read."""
-    try:
-        return read(*arguments)
-    except GLib.Error:
-        return None
 
 
 def _deliver_events():

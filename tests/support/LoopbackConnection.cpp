@@ -11,7 +11,7 @@ namespace Talvo {
 namespace {
 
 /// More is not handed to the socket before the peer has read: a streamed answer costs no memory.
-constexpr qint64 unsentLimit = 1024 * 1024;
+constexpr qint64 unsentLimit = 1024LL * 1024;
 
 constexpr QByteArrayView headEnd = "\r\n\r\n";
 

@@ -13,7 +13,8 @@
 
 namespace Talvo::Testing {
 
-/// A file system of a few files in memory, whose reads and replacements the test can hold and break.
+/// A file system of a few files in memory, whose reads and replacements the test can hold and
+/// break.
 ///
 /// Thread-safe: the store's worker uses it while the test looks on.
 class MemoryFileManager : public FileManager
@@ -28,8 +29,7 @@ public:
     [[nodiscard]] QByteArray readFile(const QString &path, qsizetype padding) const override;
     void replaceFile(const QString &path,
                      const std::function<void(const Sink &)> &produce) const override;
-    [[nodiscard]] LinkOutcome linkFile(const QString &existing,
-                                       const QString &name) const override;
+    [[nodiscard]] LinkOutcome linkFile(const QString &existing, const QString &name) const override;
 
     void put(const QString &path, const QByteArray &content);
     [[nodiscard]] std::optional<QByteArray> content(const QString &path) const;

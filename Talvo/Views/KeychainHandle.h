@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Keychain/KeychainStore.h"
+
+#include <QQmlEngine>
+
+namespace Talvo {
+
+/// Lets a view hand a KeychainStore on without looking into it.
+struct KeychainHandle
+{
+    Q_GADGET
+    QML_VALUE_TYPE(keychainHandle)
+
+public:
+    KeychainStore store{nullptr};
+};
+
+} // namespace Talvo

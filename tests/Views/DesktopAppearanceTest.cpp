@@ -1,0 +1,80 @@
+#include "Views/DesktopAppearance.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+#include <QSignalSpy>
+#include <gtest/gtest.h>
+
+namespace Talvo {
+namespace {
+
+const QString appearance = QStringLiteral("org.freedesktop.appearance");
+const QString colorScheme = QStringLiteral("color-scheme");
+
+class DesktopAppearanceTest : public testing::Test
+{
+protected:
+    static void setPalette(const QColor &window, const QColor &text)
+    {
+        QPalette palette = QGuiApplication::palette();
+        palette.setColor(QPalette::Window, window);
+        palette.setColor(QPalette::WindowText, text);
+        QGuiApplication::setPalette(palette);
+        QCoreApplication::processEvents();
+    }
+
+    void SetUp() override { setPalette(Qt::white, Qt::black); }
+    void TearDown() override { setPalette(Qt::white, Qt::black); }
+
+    DesktopAppearance desktop;
+};
+
+TEST_F(DesktopAppearanceTest, FollowsThePaletteWithoutAPortal)
+{
+    EXPECT_FALSE(desktop.isDark());
+    QSignalSpy changed(&desktop, &DesktopAppearance::changed);
+    setPalette(Qt::black, Qt::white);
+    EXPECT_TRUE(desktop.isDark());
+    EXPECT_EQ(changed.count(), 1);
+}
+
+TEST_F(DesktopAppearanceTest, PrefersThePortal)
+{
+    desktop.take(appearance, colorScheme, 1u);
+    EXPECT_TRUE(desktop.isDark());
+    desktop.take(appearance, colorScheme, 2u);
+    setPalette(Qt::black, Qt::white);
+    EXPECT_FALSE(desktop.isDark());
+    desktop.take(appearance, colorScheme, 0u);
+    EXPECT_TRUE(desktop.isDark()) << "no preference leaves it to the palette";
+}
+
+TEST_F(DesktopAppearanceTest, TakesAccentAndMotion)
+{
+    EXPECT_FALSE(desktop.hasAccent());
+    desktop.take(appearance, QStringLiteral("accent-color"), QColor(Qt::green));
+    EXPECT_EQ(desktop.accent(), QColor(Qt::green));
+    desktop.take(appearance, QStringLiteral("accent-color"), QVariant());
+    EXPECT_FALSE(desktop.hasAccent());
+
+    const QString gnome = QStringLiteral("org.gnome.desktop.interface");
+    desktop.take(gnome, QStringLiteral("enable-animations"), false);
+    EXPECT_TRUE(desktop.isReducedMotion());
+    desktop.take(gnome, QStringLiteral("enable-animations"), true);
+    EXPECT_FALSE(desktop.isReducedMotion());
+}
+
+TEST_F(DesktopAppearanceTest, IgnoresWhatItDoesNotUnderstand)
+{
+    QSignalSpy changed(&desktop, &DesktopAppearance::changed);
+    desktop.take(appearance, QStringLiteral("contrast"), 1u);
+    desktop.take(QStringLiteral("org.example"), colorScheme, 1u);
+    desktop.take(appearance, colorScheme, QStringLiteral("dark"));
+    desktop.take(appearance, colorScheme, 77u);
+    desktop.take(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations"),
+                 QStringLiteral("no"));
+    EXPECT_EQ(changed.count(), 0);
+}
+
+} // namespace
+} // namespace Talvo

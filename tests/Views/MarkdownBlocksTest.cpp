@@ -1,0 +1,133 @@
+#include "Views/MarkdownBlocks.h"
+
+#include "Views/BlockText.h"
+
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QThreadPool>
+#include <gtest/gtest.h>
+
+namespace Talvo {
+namespace {
+
+/// Keeps every worker thread busy while it lives.
+class BusyWorkers
+{
+public:
+    BusyWorkers()
+    {
+        QThreadPool *pool = QThreadPool::globalInstance();
+        m_count = pool->maxThreadCount();
+        for (int i = 0; i < m_count; ++i)
+            pool->start([this] {
+                m_begun.release();
+                m_end.acquire();
+            });
+        m_begun.acquire(m_count);
+    }
+    ~BusyWorkers()
+    {
+        m_end.release(m_count);
+        QThreadPool::globalInstance()->waitForDone();
+    }
+    BusyWorkers(const BusyWorkers &) = delete;
+    BusyWorkers &operator=(const BusyWorkers &) = delete;
+
+private:
+    int m_count = 0;
+    QSemaphore m_begun;
+    QSemaphore m_end;
+};
+
+QStringList kinds(const MarkdownBlocks &blocks)
+{
+    QStringList list;
+    for (int row = 0; row < blocks.rowCount(); ++row)
+        list.append(blocks.data(blocks.index(row), MarkdownBlocks::kindRole).toString());
+    return list;
+}
+
+QString textOf(const MarkdownBlocks &blocks, int row)
+{
+    return blocks.data(blocks.index(row), MarkdownBlocks::styledRole).value<BlockText>().plain();
+}
+
+void waitUntilParsed(MarkdownBlocks &blocks)
+{
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(blocks.isParsed());
+}
+
+TEST(MarkdownBlocks, HasOneRowPerBlock)
+{
+    MarkdownBlocks blocks;
+    blocks.setContent(QStringLiteral("## B\n\nx\n\n- y\n7. z\n\n---\n\n| A |\n|---|\n| 1 |"));
+    waitUntilParsed(blocks);
+    EXPECT_EQ(kinds(blocks), (QStringList{QStringLiteral("heading"), QStringLiteral("paragraph"),
+                                          QStringLiteral("item"), QStringLiteral("item"),
+                                          QStringLiteral("divider"), QStringLiteral("table")}));
+    EXPECT_EQ(blocks.data(blocks.index(0), MarkdownBlocks::levelRole), QVariant(2));
+    EXPECT_EQ(blocks.data(blocks.index(2), MarkdownBlocks::markerRole),
+              QVariant(QStringLiteral("•")));
+    EXPECT_EQ(blocks.data(blocks.index(3), MarkdownBlocks::markerRole),
+              QVariant(QStringLiteral("7.")));
+    EXPECT_EQ(textOf(blocks, 3), QStringLiteral("z"));
+    const auto table = blocks.data(blocks.index(5), MarkdownBlocks::tableRole).value<BlockTable>();
+    EXPECT_EQ(table.rows().size(), 2);
+}
+
+TEST(MarkdownBlocks, ShowsTheRawTextUntilTheFirstParseEnds)
+{
+    MarkdownBlocks blocks;
+    {
+        const BusyWorkers busy;
+        blocks.setContent(QStringLiteral("# x"));
+        EXPECT_FALSE(blocks.isParsed());
+        EXPECT_EQ(kinds(blocks), QStringList(QStringLiteral("plain")));
+        EXPECT_EQ(blocks.data(blocks.index(0), MarkdownBlocks::plainRole),
+                  QVariant(QStringLiteral("# x")));
+    }
+    waitUntilParsed(blocks);
+    EXPECT_EQ(kinds(blocks), QStringList(QStringLiteral("heading")));
+}
+
+TEST(MarkdownBlocks, KeepsABlankReplyAsItStands)
+{
+    MarkdownBlocks blocks;
+    blocks.setContent(QStringLiteral(" \n\n "));
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(kinds(blocks), QStringList(QStringLiteral("plain")));
+    EXPECT_EQ(blocks.data(blocks.index(0), MarkdownBlocks::plainRole),
+              QVariant(QStringLiteral(" \n\n ")));
+}
+
+TEST(MarkdownBlocks, KeepsTheOldBlocksUntilTheNewOnesAreThere)
+{
+    MarkdownBlocks blocks;
+    blocks.setContent(QStringLiteral("bir"));
+    waitUntilParsed(blocks);
+    QSignalSpy reset(&blocks, &QAbstractItemModel::modelReset);
+    {
+        const BusyWorkers busy;
+        blocks.setContent(QStringLiteral("iki"));
+        blocks.setContent(QStringLiteral("üç"));
+        EXPECT_EQ(textOf(blocks, 0), QStringLiteral("bir"));
+        EXPECT_EQ(reset.count(), 0);
+    }
+    waitUntilParsed(blocks);
+    EXPECT_EQ(textOf(blocks, 0), QStringLiteral("üç"));
+}
+
+TEST(MarkdownBlocks, MayGoWhileItsParseRuns)
+{
+    const BusyWorkers busy;
+    auto blocks = std::make_unique<MarkdownBlocks>();
+    blocks->setContent(QStringLiteral("# x"));
+    blocks.reset();
+    SUCCEED() << "the worker finds nobody to tell; the sanitizers watch";
+}
+
+} // namespace
+} // namespace Talvo

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QObject>
+#include <QQuickItem>
+#include <QUrl>
+
+/// What the QML tests need from outside the scene.
+class Probe : public QObject
+{
+    Q_OBJECT
+    /// Addresses handed to the desktop so far.
+    Q_PROPERTY(QStringList opened READ opened NOTIFY openedChanged)
+
+public:
+    explicit Probe(QObject *parent = nullptr);
+    ~Probe() override;
+
+    QStringList opened() const { return m_opened; }
+
+    /// Makes the desktop's palette dark or light.
+    Q_INVOKABLE void setDark(bool dark) const;
+    Q_INVOKABLE QString clipboard() const;
+    Q_INVOKABLE QString clipboardHtml() const;
+    Q_INVOKABLE void setClipboard(const QString &text) const;
+
+    /// What assistive technology is told of an item.
+    Q_INVOKABLE QString name(QQuickItem *item) const;
+    Q_INVOKABLE int role(QQuickItem *item) const;
+    /// Content of the Text interface; line and paragraph separators as line feeds.
+    Q_INVOKABLE QString text(QQuickItem *item) const;
+    /// Writes through the EditableText interface; false when there is none.
+    Q_INVOKABLE bool write(QQuickItem *item, const QString &text) const;
+    /// Invokes the press action.
+    Q_INVOKABLE void press(QQuickItem *item) const;
+    /// Names of the texts and headings in an item, in reading order, with bars between them.
+    Q_INVOKABLE QString texts(QQuickItem *item) const;
+    /// Format of a character in a TextEdit's document.
+    Q_INVOKABLE QColor colorAt(QQuickItem *edit, int position) const;
+    /// Descendants of an item, depth first, whose class name starts with `type`.
+    Q_INVOKABLE QList<QQuickItem *> find(QQuickItem *item, const QString &type) const;
+
+public Q_SLOTS:
+    void open(const QUrl &url);
+
+Q_SIGNALS:
+    void openedChanged();
+
+private:
+    QStringList m_opened;
+};

@@ -1,0 +1,74 @@
+import QtQuick
+import QtTest
+import Talvo.Tests
+import Talvo.Views
+
+Item {
+    id: scene
+
+    width: 400
+    height: 300
+
+    Component {
+        id: choice
+
+        Choice {
+            width: 240
+            label: "Groq modeli"
+            model: ["a/bir", "b-iki", "c-üç"]
+        }
+    }
+
+    TestCase {
+        name: "Choice"
+        when: windowShown
+
+        function entries() {
+            return Probe.find(scene.Window.contentItem, "ChoiceEntry").filter(entry => entry.visible);
+        }
+
+        function test_isReadable() {
+            const item = createTemporaryObject(choice, scene);
+            compare(Probe.name(item), "Groq modeli");
+            compare(Probe.role(item), 0x2E);
+            compare(Probe.texts(item), "a/bir");
+        }
+
+        function test_isChosenByMouse() {
+            const item = createTemporaryObject(choice, scene);
+            mouseClick(item);
+            tryVerify(() => entries().length === 3);
+            compare(entries().map(entry => Probe.name(entry)), ["a/bir", "b-iki", "c-üç"]);
+            compare(entries().map(entry => entry.chosen), [true, false, false]);
+            tryCompare(item.popup, "opened", true);
+            mouseClick(entries()[2]);
+            compare(item.currentIndex, 2);
+            compare(Probe.texts(item), "c-üç");
+            tryCompare(item.popup, "visible", false);
+        }
+
+        function test_isChosenByKeyboard() {
+            const item = createTemporaryObject(choice, scene);
+            item.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Return);
+            tryCompare(item.popup, "opened", true);
+            keyClick(Qt.Key_Down);
+            keyClick(Qt.Key_Return);
+            compare(item.currentIndex, 1);
+            tryCompare(item.popup, "visible", false);
+            keyClick(Qt.Key_Space);
+            tryCompare(item.popup, "opened", true);
+            keyClick(Qt.Key_Escape);
+            tryCompare(item.popup, "visible", false);
+            compare(item.currentIndex, 1);
+        }
+
+        function test_isChosenByAssistiveTechnology() {
+            const item = createTemporaryObject(choice, scene);
+            Probe.press(item);
+            tryVerify(() => entries().length === 3);
+            Probe.press(entries()[1]);
+            compare(item.currentIndex, 1);
+        }
+    }
+}

@@ -1,0 +1,96 @@
+import QtQuick
+import QtTest
+import Talvo.Tests
+import Talvo.Views
+
+Item {
+    id: scene
+
+    width: 400
+    height: 300
+
+    Component {
+        id: field
+
+        Field {
+            placeholderText: "Sohbet adı"
+            focus: true
+        }
+    }
+
+    Component {
+        id: secret
+
+        SecretField {
+            placeholderText: "gsk_…"
+            focus: true
+        }
+    }
+
+    TestCase {
+        name: "Fields"
+        when: windowShown
+
+        function test_isNamedByItsPlaceholder_data() {
+            return [{
+                    "tag": "field",
+                    "component": field,
+                    "label": "Sohbet adı"
+                }, {
+                    "tag": "secret",
+                    "component": secret,
+                    "label": "gsk_…"
+                }];
+        }
+
+        function test_isNamedByItsPlaceholder(data) {
+            const item = createTemporaryObject(data.component, scene);
+            compare(Probe.name(item), data.label);
+            item.text = "x";
+            compare(Probe.name(item), data.label);
+        }
+
+        function test_canBeWrittenByAssistiveTechnology() {
+            const item = createTemporaryObject(field, scene, {
+                    "text": "eski"
+                });
+            verify(Probe.write(item, "Yeni ad 🙂"));
+            compare(item.text, "Yeni ad 🙂");
+            compare(Probe.text(item), "Yeni ad 🙂");
+            item.enabled = false;
+            verify(!Probe.write(item, "x"));
+            compare(item.text, "Yeni ad 🙂");
+        }
+
+        function test_keepsItsSecret() {
+            const item = createTemporaryObject(secret, scene);
+            verify(Probe.write(item, "gsk_geheim"));
+            compare(item.text, "gsk_geheim");
+            compare(Probe.text(item), "●●●●●●●●●●");
+            item.forceActiveFocus();
+            keyClick(Qt.Key_A);
+            compare(item.displayText, "●●●●●●●●●●●", "also the last character, at once");
+            Probe.setClipboard("vorher");
+            keySequence(StandardKey.SelectAll);
+            keySequence(StandardKey.Copy);
+            compare(Probe.clipboard(), "vorher");
+        }
+
+        function test_hasAMenu() {
+            const item = createTemporaryObject(field, scene, {
+                    "text": "bir iki"
+                });
+            Probe.setClipboard("üç");
+            item.select(0, 3);
+            mouseClick(item, 10, 10, Qt.RightButton);
+            const entry = label => Probe.find(scene.Window.contentItem, "TextMenuItem").find(item => item.text === label);
+            tryVerify(() => entry("Yapıştır") !== undefined && entry("Yapıştır").visible);
+            verify(entry("Kes").enabled);
+            verify(entry("Kopyala").enabled);
+            verify(entry("Yapıştır").enabled);
+            tryVerify(() => entry("Yapıştır").y > entry("Kes").y, 1000, "the menu is laid out");
+            mouseClick(entry("Yapıştır"));
+            compare(item.text, "üç iki");
+        }
+    }
+}

@@ -1,0 +1,23 @@
+"""What a campaign measured: printed as a table, and kept out of the tests' verdicts."""
+
+
+class Figures:
+    """Rows of one table, printed when it is complete."""
+
+    def __init__(self, title, *columns):
+        self._rows = [columns]
+        self._title = title
+
+    def add(self, *cells):
+        self._rows.append(tuple(map(str, cells)))
+
+    def print(self):
+        widths = [max(map(len, column)) for column in zip(*self._rows)]
+        print(f"\n{self._title}")
+        for row in self._rows:
+            print("  " + "  ".join(cell.ljust(width) for cell, width in zip(row, widths)).rstrip())
+        print(flush=True)
+
+
+def milliseconds(seconds):
+    return f"{seconds * 1000:.0f} ms"
