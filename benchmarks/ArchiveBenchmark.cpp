@@ -74,7 +74,8 @@ void measure(benchmark::State &state, clockid_t clock, Prepare prepare, Work wor
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * document().size());
 }
 
-// ---- encode --------------------------------------------------------------------------------------
+// ---- encode
+// --------------------------------------------------------------------------------------
 
 QString uuidString(const QUuid &id)
 {
@@ -87,10 +88,10 @@ QJsonDocument qtTree(const ChatArchive &from)
     for (const ChatSession &session : from.sessions) {
         QJsonArray messages;
         for (const ChatMessage &message : session.messages) {
-            messages.append(QJsonObject{
-                {QStringLiteral("id"), uuidString(message.id)},
-                {QStringLiteral("role"), QString(roleName(message.role))},
-                {QStringLiteral("content"), QString::fromUtf8(message.content)}});
+            messages.append(
+                QJsonObject{{QStringLiteral("id"), uuidString(message.id)},
+                            {QStringLiteral("role"), QString(roleName(message.role))},
+                            {QStringLiteral("content"), QString::fromUtf8(message.content)}});
         }
         sessions.append(
             QJsonObject{{QStringLiteral("id"), uuidString(session.id)},
@@ -123,7 +124,8 @@ void encodeTalvo(benchmark::State &state)
 void encodeQJsonDocument(benchmark::State &state)
 {
     const QJsonDocument tree = qtTree(archive());
-    measure(state, processorTime, nothing, [&](Nothing) { return tree.toJson(QJsonDocument::Indented); });
+    measure(state, processorTime, nothing,
+            [&](Nothing) { return tree.toJson(QJsonDocument::Indented); });
 }
 
 void encodeNlohmann(benchmark::State &state)
@@ -143,7 +145,8 @@ void encodeMemcpy(benchmark::State &state)
     });
 }
 
-// ---- save ----------------------------------------------------------------------------------------
+// ---- save
+// ----------------------------------------------------------------------------------------
 
 void saveTalvo(benchmark::State &state)
 {
@@ -185,7 +188,8 @@ void saveWriteAndSync(benchmark::State &state)
         });
 }
 
-// ---- decode --------------------------------------------------------------------------------------
+// ---- decode
+// --------------------------------------------------------------------------------------
 
 QByteArray documentCopy()
 {
@@ -197,7 +201,8 @@ QByteArray documentCopy()
 
 void decodeTalvo(benchmark::State &state)
 {
-    measure(state, processorTime, documentCopy, [](QByteArray &&bytes) { return decodeArchive(std::move(bytes)); });
+    measure(state, processorTime, documentCopy,
+            [](QByteArray &&bytes) { return decodeArchive(std::move(bytes)); });
 }
 
 /// Parsing alone: no record is made.
@@ -242,7 +247,8 @@ ChatArchive qtRecords(const QByteArray &bytes)
 
 void decodeQJsonDocument(benchmark::State &state)
 {
-    measure(state, processorTime, documentCopy, [](QByteArray &&bytes) { return qtRecords(bytes); });
+    measure(state, processorTime, documentCopy,
+            [](QByteArray &&bytes) { return qtRecords(bytes); });
 }
 
 /// The peers have to come to the same records, or comparing their times means nothing.

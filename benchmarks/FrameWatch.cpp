@@ -2,13 +2,14 @@
 //
 //   FrameWatch start QUIET_MS PROGRAM [ARGUMENT...]
 //       Prints "PID", then one line per frame, until the conversation has not changed for
-//       QUIET_MS: "MILLISECONDS_SINCE_EXEC X Y WIDTH HEIGHT HASH_OF_THE_CONVERSATION". The program goes on
-//       running; its caller ends it.
+//       QUIET_MS: "MILLISECONDS_SINCE_EXEC X Y WIDTH HEIGHT HASH_OF_THE_CONVERSATION". The program
+//       goes on running; its caller ends it.
 //   FrameWatch watch MILLISECONDS
-//       The same for the window that is there, for that long, without a hash. It gets the focus first.
+//       The same for the window that is there, for that long, without a hash. It gets the focus
+//       first.
 //   FrameWatch type COUNT
-//       Presses the key "a" or the backspace key COUNT times in the window that is there; prints the
-//       milliseconds from each press to the frame that shows it.
+//       Presses the key "a" or the backspace key COUNT times in the window that is there; prints
+//       the milliseconds from each press to the frame that shows it.
 
 #include "support/FrameConnection.h"
 
@@ -28,8 +29,8 @@ constexpr int longestStartInMilliseconds = 60'000;
 
 void print(const Frame &frame, std::int64_t start, std::uint64_t hash)
 {
-    std::printf("%.3f %d %d %d %d %016llx\n", static_cast<double>(frame.time - start) / 1e6, frame.x,
-                frame.y, frame.width, frame.height, static_cast<unsigned long long>(hash));
+    std::printf("%.3f %d %d %d %d %016llx\n", static_cast<double>(frame.time - start) / 1e6,
+                frame.x, frame.y, frame.width, frame.height, static_cast<unsigned long long>(hash));
 }
 
 int start(int quietMilliseconds, char **command)

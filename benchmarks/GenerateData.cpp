@@ -2,7 +2,8 @@
 //
 //   GenerateData archive SESSIONS BYTES FIRST_COUNT FILE    an archive as the program reads it
 //   GenerateData replies BYTES FILE                         replies as a JSON array of texts
-//   GenerateData page MESSAGES FILE                         the messages of such an archive as a page
+//   GenerateData page MESSAGES FILE                         the messages of such an archive as a
+//   page
 
 #include "Chat/ChatArchiveCoding.h"
 #include "support/CmarkHtml.h"
@@ -61,8 +62,8 @@ QByteArray generated(const QStringList &arguments)
 {
     const QString kind = arguments.value(1);
     if (kind == u"archive" && arguments.size() == 6) {
-        return encodeArchive(SampleData().archive(
-            arguments[2].toInt(), arguments[3].toLongLong(), arguments[4].toInt()));
+        return encodeArchive(SampleData().archive(arguments[2].toInt(), arguments[3].toLongLong(),
+                                                  arguments[4].toInt()));
     }
     if (kind == u"replies" && arguments.size() == 4) {
         return replies(arguments[2].toLongLong());

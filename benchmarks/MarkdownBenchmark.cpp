@@ -8,6 +8,7 @@
 #include <benchmark/benchmark.h>
 
 #include <array>
+#include <malloc.h>
 
 using namespace Talvo;
 using namespace Talvo::Benchmarks;
@@ -105,7 +106,14 @@ void growth(benchmark::State &state, const char *line)
 
 int main(int argc, char **argv)
 {
+    // Memory goes back to the system never, not from a certain size on: else long texts would pay
+    // for fresh pages in every pass, and short ones in none.
+    mallopt(M_MMAP_THRESHOLD, 1 << 30);
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
     benchmark::RegisterBenchmark("blocks/Talvo", blocksTalvo)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("first/Talvo", blocksTalvo)
+        ->Iterations(1)
+        ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("blocks/TalvoAlone", blocksTalvoAlone)
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("blocks/cmark-gfm", blocksCmark)->Unit(benchmark::kMillisecond);

@@ -53,8 +53,8 @@ void measureOnce(BusyApplication &application, const QString &folder, LocalServi
                  Holds &holds)
 {
     ChatModel::Services services;
-    services.client = std::make_unique<GroqClient>(std::make_shared<QNetworkAccessManager>(),
-                                                   service.url());
+    services.client =
+        std::make_unique<GroqClient>(std::make_shared<QNetworkAccessManager>(), service.url());
     services.keychain = std::make_unique<KeychainStore>(std::make_shared<InMemoryItemOperations>());
     services.keychain->save(QStringLiteral("gsk_olcum"));
     auto store = std::make_unique<ChatArchiveStore>(std::make_shared<FolderFileManager>(folder));

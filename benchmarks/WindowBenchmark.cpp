@@ -38,9 +38,11 @@ struct Scene
     TestWindow window;
 };
 
-// ---- open ----------------------------------------------------------------------------------------
+// ---- open
+// ----------------------------------------------------------------------------------------
 
-/// A long conversation, and a short one that ends with the same messages: what is drawn is the same.
+/// A long conversation, and a short one that ends with the same messages: what is drawn is the
+/// same.
 ChatArchive longAndShort()
 {
     ChatArchive archive = SampleData().archive(3, 100'000, 10'000);
@@ -65,16 +67,17 @@ QJsonObject measureOpen()
             // From the third conversation each time, so that both leave the same behind.
             window.model().selectChat(sessions[2].id);
             window.settle();
-            return window.busyUntilSettled(
-                [&] { window.model().selectChat(sessions[index].id); });
+            return window.busyUntilSettled([&] { window.model().selectChat(sessions[index].id); });
         };
         longOnes.push_back(switchTo(0));
         shortOnes.push_back(switchTo(1));
     }
-    return {{QStringLiteral("long"), median(longOnes)}, {QStringLiteral("short"), median(shortOnes)}};
+    return {{QStringLiteral("long"), median(longOnes)},
+            {QStringLiteral("short"), median(shortOnes)}};
 }
 
-// ---- fling ---------------------------------------------------------------------------------------
+// ---- fling
+// ---------------------------------------------------------------------------------------
 
 struct RowPlace
 {
@@ -116,8 +119,7 @@ bool hasJumped(const std::vector<RowPlace> &before, const std::vector<RowPlace> 
     constexpr double tolerance = 1.5; // rows stand on whole pixels
     return std::ranges::any_of(before, [&](const RowPlace &old) {
         const auto now = std::ranges::find(after, old.item, &RowPlace::item);
-        return old.item && now != after.end() &&
-               std::abs(now->top - old.top + step) > tolerance;
+        return old.item && now != after.end() && std::abs(now->top - old.top + step) > tolerance;
     });
 }
 
@@ -157,7 +159,8 @@ QJsonObject measureFling()
     return {{QStringLiteral("4000"), slow}, {QStringLiteral("20000"), fast}};
 }
 
-// ---- sidebar -------------------------------------------------------------------------------------
+// ---- sidebar
+// -------------------------------------------------------------------------------------
 
 QJsonObject measureSidebar()
 {
@@ -198,7 +201,8 @@ QJsonObject measureSidebar()
             {QStringLiteral("new"), median(news)}};
 }
 
-// ---- send ----------------------------------------------------------------------------------------
+// ---- send
+// ----------------------------------------------------------------------------------------
 
 /// Knows how long its saves took.
 class TimedFileManager : public FolderFileManager
@@ -250,14 +254,16 @@ QJsonObject measureSend()
                                     new QKeyEvent(QEvent::KeyPress, Qt::Key_Return, {}));
         window.waitUntil([&] {
             if (saved == 0 && service.firstByteAt() != 0) {
-                saved = files->spent; // of the save before the request; the next one follows the reply
+                saved =
+                    files->spent; // of the save before the request; the next one follows the reply
             }
             return shownAt != 0 && !model.isSending();
         });
         requests.push_back(static_cast<double>(service.firstByteAt() - pressedAt - saved) / 1e6);
         replies.push_back(static_cast<double>(shownAt - service.lastByteAt()) / 1e6);
     }
-    return {{QStringLiteral("request"), median(requests)}, {QStringLiteral("reply"), median(replies)}};
+    return {{QStringLiteral("request"), median(requests)},
+            {QStringLiteral("reply"), median(replies)}};
 }
 
 QJsonObject measured(const QString &mode)

@@ -135,7 +135,7 @@ def page_compare():
         return median([pair[0] for pair in pairs]), median([pair[1] for pair in pairs])
     (our_start, our_memory), (their_start, their_memory) = medians(ours), medians(theirs)
     return [
-        compared("page.compare", f"{MESSAGES} messages: exec to their first frame", our_start, "ms",
+        compared("page.compare", f"{MESSAGES} messages: exec to them on screen", our_start, "ms",
                  "page in Chromium", their_start, at_least(12), inverse=True),
         compared("page.compare", f"{MESSAGES} messages: memory, shared parts by share", our_memory,
                  "MB", "page in Chromium", their_memory, at_least(7), inverse=True),

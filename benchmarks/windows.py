@@ -14,12 +14,12 @@ LARGE = (1000, 64_000_000, 10_000)
 STARTS = 11
 
 
-def _medians(variants, runs, measure):
+def _medians(variants, runs, measure, quiet=2000):
     """Starts each variant in turn, so that what disturbs one disturbs all."""
     found = {name: [] for name in variants}
     for _ in range(runs):
         for name, (program, home) in variants.items():
-            with started(program, home) as start:
+            with started(program, home, quiet) as start:
                 found[name].append(measure(start))
     return found
 
@@ -27,7 +27,7 @@ def _medians(variants, runs, measure):
 def start_window():
     with home_with() as empty, home_with(*SMALL) as small, home_with(*LARGE) as large:
         found = _medians({"floor": (EMPTY_WINDOW, empty), "small": (TALVO, small),
-                          "large": (TALVO, large)}, STARTS, lambda start: start.first_frame())
+                          "large": (TALVO, large)}, STARTS, lambda start: start.first_frame(), quiet=300)
     times = {name: median(values) for name, values in found.items()}
     return [
         compared("start.window", f"exec to first frame, archive of {size}", times[name], "ms",

@@ -16,8 +16,8 @@ QByteArray cmarkHtml(const QByteArray &markdown)
     }
     cmark_parser_feed(parser, markdown.constData(), static_cast<std::size_t>(markdown.size()));
     cmark_node *document = cmark_parser_finish(parser);
-    char *html = cmark_render_html(document, CMARK_OPT_DEFAULT,
-                                   cmark_parser_get_syntax_extensions(parser));
+    char *html =
+        cmark_render_html(document, CMARK_OPT_DEFAULT, cmark_parser_get_syntax_extensions(parser));
     QByteArray result(html);
     std::free(html);
     cmark_node_free(document);

@@ -109,8 +109,8 @@ bool FrameConnection::waitForWindow(int milliseconds)
 
 bool FrameConnection::findWindow()
 {
-    const Owned<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
-        m_connection, xcb_query_tree(m_connection, m_screen->root), nullptr));
+    const Owned<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, m_screen->root), nullptr));
     const xcb_window_t *children = xcb_query_tree_children(tree.get());
     return std::any_of(children, children + xcb_query_tree_children_length(tree.get()),
                        [this](xcb_window_t window) { return watch(window); });
@@ -145,7 +145,8 @@ std::uint64_t FrameConnection::conversationHash()
 {
     const Owned<xcb_get_geometry_reply_t> geometry(
         xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, m_window), nullptr));
-    if (!geometry || geometry->height <= composerHeight || geometry->width <= sidebarWidth + scrollBarWidth) {
+    if (!geometry || geometry->height <= composerHeight ||
+        geometry->width <= sidebarWidth + scrollBarWidth) {
         return 0;
     }
     const Owned<xcb_get_image_reply_t> image(xcb_get_image_reply(

@@ -12,14 +12,13 @@ constexpr qsizetype shortestMessage = 5;
 constexpr qsizetype longestMessage = 60'000;
 
 constexpr std::array vocabulary{
-    "bir",      "ve",       "için",      "günlük",     "çalışma",   "öğrenci", "şehir",
-    "dağ",      "yağmur",   "değişken",  "işlev",      "döngü",     "kütüphane",
-    "güvenlik", "ışık",     "İstanbul",  "Çanakkale",  "görüşme",   "soru",
-    "yanıt",    "örnek",    "önemli",    "the",        "function",  "returns",
-    "value",    "when",     "memory",    "thread",     "between",   "because",
-    "usually",  "compiler", "container", "performance", "network",  "request",
-    "also",     "ağ",       "bağlantı",  "zaman",      "sürekli",   "özet",
-    "küçük",    "büyük",    "ölçüm",     "dosya",      "kayıt",     "sohbet"};
+    "bir",     "ve",       "için",      "günlük",  "çalışma",  "öğrenci",   "şehir",
+    "dağ",     "yağmur",   "değişken",  "işlev",   "döngü",    "kütüphane", "güvenlik",
+    "ışık",    "İstanbul", "Çanakkale", "görüşme", "soru",     "yanıt",     "örnek",
+    "önemli",  "the",      "function",  "returns", "value",    "when",      "memory",
+    "thread",  "between",  "because",   "usually", "compiler", "container", "performance",
+    "network", "request",  "also",      "ağ",      "bağlantı", "zaman",     "sürekli",
+    "özet",    "küçük",    "büyük",     "ölçüm",   "dosya",    "kayıt",     "sohbet"};
 
 constexpr std::array emoji{"😀", "👍🏽", "🇹🇷", "👩‍💻", "✅"};
 
@@ -93,8 +92,8 @@ QByteArray SampleData::table()
     text += "\n" + row([] { return QByteArray("---"); });
     for (int i = 2 + below(5); i > 0; --i) {
         text += "\n" + row([this] {
-            return below(4) == 0 ? "**" + words(1) + "**" : words(1 + below(3));
-        });
+                    return below(4) == 0 ? "**" + words(1) + "**" : words(1 + below(3));
+                });
     }
     return text;
 }
