@@ -12,10 +12,10 @@ namespace Talvo {
 /// The messages of one conversation, oldest first: an append-only value whose copies share their
 /// content.
 ///
-/// Copying costs one pointer for every `chunkSize` messages and appending to a copied list copies
-/// at most one chunk, so that a snapshot of the whole state for a save, and the next message after
-/// it, cost the same for a conversation of two messages and one of ten thousand. Distinct copies
-/// may be used from different threads.
+/// Copying costs one pointer, and appending to a copied list at most one chunk and one pointer for
+/// every `chunkSize` messages, so that a snapshot of the whole state for a save, and the next
+/// message after it, cost the same for a conversation of two messages and one of ten thousand.
+/// Distinct copies may be used from different threads.
 class ChatMessageList
 {
 public:
@@ -26,18 +26,18 @@ public:
 
     [[nodiscard]] std::size_t size() const noexcept
     {
-        return empty() ? 0 : (m_chunks.size() - 1) * chunkSize + m_chunks.back()->size();
+        return empty() ? 0 : (m_chunks->size() - 1) * chunkSize + m_chunks->back()->size();
     }
-    [[nodiscard]] bool empty() const noexcept { return m_chunks.empty(); }
+    [[nodiscard]] bool empty() const noexcept { return !m_chunks; }
 
     /// The message at an index. @pre index < size()
     [[nodiscard]] const ChatMessage &operator[](std::size_t index) const
     {
-        return (*m_chunks[index / chunkSize])[index % chunkSize];
+        return (*(*m_chunks)[index / chunkSize])[index % chunkSize];
     }
 
     /// @pre !empty()
-    [[nodiscard]] const ChatMessage &back() const { return m_chunks.back()->back(); }
+    [[nodiscard]] const ChatMessage &back() const { return m_chunks->back()->back(); }
 
     /// Adds a message at the end; references to earlier ones are no longer valid.
     void append(ChatMessage message);
@@ -87,10 +87,11 @@ public:
 
 private:
     using Chunk = std::vector<ChatMessage>;
+    using Chunks = std::vector<std::shared_ptr<Chunk>>;
 
-    /// None of them is empty and all but the last are full. Only the last one is ever written to,
-    /// and only while no other list shares it.
-    std::vector<std::shared_ptr<Chunk>> m_chunks;
+    /// Null for no messages. No chunk is empty and all but the last are full. The vector and its
+    /// last chunk are only written to while no other list shares them.
+    std::shared_ptr<Chunks> m_chunks;
 };
 
 } // namespace Talvo
