@@ -19,15 +19,19 @@ namespace Talvo {
 class ChatMessageList
 {
 public:
+    /// Messages that are shared, and copied, together.
     static constexpr std::size_t chunkSize = 128;
 
     ChatMessageList() = default;
+    /// A list of these messages, oldest first.
     ChatMessageList(std::initializer_list<ChatMessage> messages);
 
+    /// The number of messages. Constant time.
     [[nodiscard]] std::size_t size() const noexcept
     {
         return empty() ? 0 : (m_chunks->size() - 1) * chunkSize + m_chunks->back()->size();
     }
+    /// True without any message.
     [[nodiscard]] bool empty() const noexcept { return !m_chunks; }
 
     /// The message at an index. @pre index < size()
@@ -42,9 +46,12 @@ public:
     /// Adds a message at the end; references to earlier ones are no longer valid.
     void append(ChatMessage message);
 
+    /// A forward iterator (as the standard library has it) over the messages, oldest first. Valid
+    /// as long as its list is neither changed nor gone.
     class const_iterator
     {
     public:
+        /// @cond What every forward iterator has.
         using iterator_category = std::forward_iterator_tag;
         using iterator_concept = std::forward_iterator_tag;
         using value_type = ChatMessage;
@@ -73,13 +80,16 @@ public:
             return before;
         }
         bool operator==(const const_iterator &) const = default;
+        /// @endcond
 
     private:
         const ChatMessageList *m_list = nullptr;
         std::size_t m_index = 0;
     };
 
+    /// The oldest message.
     [[nodiscard]] const_iterator begin() const { return {this, 0}; }
+    /// Behind the newest message.
     [[nodiscard]] const_iterator end() const { return {this, size()}; }
 
     /// Same count and equal messages at every index.

@@ -20,6 +20,7 @@ public:
     ~TemporaryFile();
     Q_DISABLE_COPY_MOVE(TemporaryFile)
 
+    /// Appends to what was written before.
     void write(QByteArrayView piece);
 
     /// Brings the data to the disk and puts the file in the target's place.
