@@ -49,8 +49,8 @@ public:
     /// The services that the controller drives; an absent one is replaced by its default.
     struct Services
     {
-        std::unique_ptr<GroqClient> client; ///< talks to the service
-        std::unique_ptr<KeychainStore> keychain; ///< where the key is read for every send
+        std::unique_ptr<GroqClient> client;             ///< talks to the service
+        std::unique_ptr<KeychainStore> keychain;        ///< where the key is read for every send
         std::unique_ptr<ChatArchiveStore> archiveStore; ///< loads and saves the archive
     };
 
