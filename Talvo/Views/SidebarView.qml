@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Talvo.Views
 
 /// The left column: the conversations, the model choice and the way to the settings.
@@ -8,7 +7,8 @@ FocusScope {
 
     required property SessionListModel sessions
     required property string selectedModel
-    required property list<string> models
+    /// The model identifiers on offer, a list of strings.
+    required property var models
 
     signal newChat
     signal chatSelected(var id)
