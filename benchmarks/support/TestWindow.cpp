@@ -1,7 +1,9 @@
 #include "support/TestWindow.h"
 
 #include "Chat/ChatArchiveCoding.h"
+#include "Views/KeychainHandle.h"
 #include "support/InMemoryItemOperations.h"
+
 
 #include <QDir>
 #include <QEventLoop>
@@ -57,7 +59,7 @@ TestWindow::TestWindow(const ChatArchive &archive, const QUrl &endpoint,
     m_engine = std::make_unique<QQmlApplicationEngine>();
     m_engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine->setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(m_model.get())},
-                                    {QStringLiteral("keychain"), QVariant::fromValue(keychain)}});
+                                    {QStringLiteral("keychain"), QVariant::fromValue(KeychainHandle{keychain})}});
     m_engine->load(QUrl(QStringLiteral("qrc:/qt/qml/Talvo/Views/MainWindow.qml")));
     if (m_engine->rootObjects().isEmpty()) {
         qFatal("The window cannot be made");
