@@ -11,7 +11,7 @@ from tools import PROGRAMS, json_of, median, quantile
 SMALL = (2, 20_000, 6)
 LARGE = (1000, 64_000_000, 10_000)
 
-STARTS = 5
+STARTS = 11
 
 
 def _medians(variants, runs, measure, quiet=2000):
