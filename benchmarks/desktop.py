@@ -18,8 +18,8 @@ FRAME_WATCH = PROGRAMS / "FrameWatch"
 _PR_SET_CHILD_SUBREAPER = 36
 
 _BUS = """<busconfig><type>session</type><listen>unix:dir={folder}</listen>
-<policy context="default"><allow send_destination="*"/><allow own="*"/><allow receive_type="signal"/>
-</policy></busconfig>"""
+<policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/>
+<allow own="*"/></policy></busconfig>"""
 
 
 class Desktop:

@@ -1,6 +1,7 @@
 #include "support/TestWindow.h"
 
 #include "Chat/ChatArchiveCoding.h"
+#include "Views/KeychainHandle.h"
 #include "support/InMemoryItemOperations.h"
 
 #include <QDir>
@@ -56,8 +57,9 @@ TestWindow::TestWindow(const ChatArchive &archive, const QUrl &endpoint,
 
     m_engine = std::make_unique<QQmlApplicationEngine>();
     m_engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
-    m_engine->setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(m_model.get())},
-                                    {QStringLiteral("keychain"), QVariant::fromValue(keychain)}});
+    m_engine->setInitialProperties(
+        {{QStringLiteral("model"), QVariant::fromValue(m_model.get())},
+         {QStringLiteral("keychain"), QVariant::fromValue(KeychainHandle{keychain})}});
     m_engine->load(QUrl(QStringLiteral("qrc:/qt/qml/Talvo/Views/MainWindow.qml")));
     if (m_engine->rootObjects().isEmpty()) {
         qFatal("The window cannot be made");
