@@ -90,7 +90,6 @@ int run(int argc, char **argv, const AppSetup &setup)
     ChatModel model(std::move(services.forModel));
     QObject::connect(&model, &ChatModel::closed, &application, &QGuiApplication::quit);
 
-    installAccessibleEditors();
     RefusingNetworkFactory refuseNetwork;
     QQmlApplicationEngine engine;
     engine.setNetworkAccessManagerFactory(&refuseNetwork);

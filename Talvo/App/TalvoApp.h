@@ -10,8 +10,8 @@ namespace Talvo {
 /// works on.
 struct AppServices
 {
-    ChatModel::Services forModel;
-    KeychainStore keychain;
+    ChatModel::Services forModel; ///< what ChatModel drives
+    KeychainStore keychain;       ///< for the settings sheet
 };
 
 /// How a program of this application is set up.

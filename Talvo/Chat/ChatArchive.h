@@ -10,10 +10,11 @@ namespace Talvo {
 /// Everything that survives a restart: the root document of "chat-archive.json".
 struct ChatArchive
 {
-    std::vector<ChatSession> sessions; ///< in the order in which the controller keeps them
-    std::optional<QUuid> selectedSessionID;
+    std::vector<ChatSession> sessions;      ///< in the order in which the controller keeps them
+    std::optional<QUuid> selectedSessionID; ///< absent when none is selected
     QString memory; ///< the long-term memory about the user; empty when nothing is remembered
-    QString selectedModel;
+    QString selectedModel; ///< identifier of the model chosen; one that is no longer offered is
+                           ///< kept out on loading
 
     /// Member by member; the texts compare by canonical equivalence.
     friend bool operator==(const ChatArchive &left, const ChatArchive &right);

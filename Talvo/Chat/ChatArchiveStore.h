@@ -25,11 +25,15 @@ public:
     class StoreError : public TypedError<StoreError>
     {
     public:
+        /// What is wrong.
         enum class Case {
+            /// The user has no Application Support directory.
             applicationSupportUnavailable,
         };
 
+        /// With the Turkish sentence of the case.
         explicit StoreError(Case errorCase);
+        /// What is wrong. Any thread.
         [[nodiscard]] Case errorCase() const noexcept { return m_case; }
 
     private:

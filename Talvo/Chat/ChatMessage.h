@@ -16,8 +16,8 @@ struct ChatMessage
         assistant,
     };
 
-    QUuid id;
-    Role role = Role::user;
+    QUuid id;               ///< fixed at construction, unique in its conversation
+    Role role = Role::user; ///< who wrote it
     /// The text (for the assistant: Markdown), in UTF-8 as in the archive: a conversation costs no
     /// more memory than its file, and is decoded only where it is shown.
     QByteArray content;

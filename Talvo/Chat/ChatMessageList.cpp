@@ -6,6 +6,24 @@
 
 namespace Talvo {
 
+namespace {
+
+/// Makes sure that nobody else sees what is about to be written through a pointer.
+template <class Value>
+Value &unshared(std::shared_ptr<Value> &pointer)
+{
+    if (pointer.use_count() > 1) {
+        pointer = std::make_shared<Value>(*pointer);
+    } else {
+        // The last other owner may have read the value on another thread just before it let go;
+        // the count alone is read without any ordering.
+        std::atomic_thread_fence(std::memory_order_acquire);
+    }
+    return *pointer;
+}
+
+} // namespace
+
 ChatMessageList::ChatMessageList(std::initializer_list<ChatMessage> messages)
 {
     for (const ChatMessage &message : messages) {
@@ -15,19 +33,15 @@ ChatMessageList::ChatMessageList(std::initializer_list<ChatMessage> messages)
 
 void ChatMessageList::append(ChatMessage message)
 {
-    if (m_chunks.empty() || m_chunks.back()->size() == chunkSize) {
-        m_chunks.push_back(std::make_shared<Chunk>(1, std::move(message)));
-        return;
+    if (!m_chunks) {
+        m_chunks = std::make_shared<Chunks>();
     }
-    std::shared_ptr<Chunk> &last = m_chunks.back();
-    if (last.use_count() > 1) {
-        last = std::make_shared<Chunk>(*last);
+    Chunks &chunks = unshared(m_chunks);
+    if (chunks.empty() || chunks.back()->size() == chunkSize) {
+        chunks.push_back(std::make_shared<Chunk>(1, std::move(message)));
     } else {
-        // The last other owner may have read the chunk on another thread just before it let go;
-        // the count alone is read without any ordering.
-        std::atomic_thread_fence(std::memory_order_acquire);
+        unshared(chunks.back()).push_back(std::move(message));
     }
-    last->push_back(std::move(message));
 }
 
 bool operator==(const ChatMessageList &left, const ChatMessageList &right)
@@ -35,8 +49,11 @@ bool operator==(const ChatMessageList &left, const ChatMessageList &right)
     const auto haveEqualContent = [](const auto &one, const auto &other) {
         return one == other || *one == *other;
     };
-    return left.size() == right.size() && std::equal(left.m_chunks.begin(), left.m_chunks.end(),
-                                                     right.m_chunks.begin(), haveEqualContent);
+    if (left.m_chunks == right.m_chunks) {
+        return true;
+    }
+    return left.size() == right.size() && std::equal(left.m_chunks->begin(), left.m_chunks->end(),
+                                                     right.m_chunks->begin(), haveEqualContent);
 }
 
 } // namespace Talvo

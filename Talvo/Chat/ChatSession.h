@@ -8,8 +8,8 @@ namespace Talvo {
 /// One conversation. Its identity is fixed at construction; the other fields change with it.
 struct ChatSession
 {
-    QUuid id;
-    QString title;
+    QUuid id;                 ///< fixed at construction, unique in the archive
+    QString title;            ///< shown in the sidebar
     ChatMessageList messages; ///< oldest first
     Instant updatedAt;        ///< time of the last change
 

@@ -11,13 +11,14 @@ namespace Talvo {
 /// member is ignored.
 struct APIErrorEnvelope
 {
+    /// What the service says about the failure.
     struct APIError
     {
         /// Said by the service, for the user.
         QString message;
     };
 
-    APIError error;
+    APIError error; ///< the member "error"
 
     /// Decodes a body; absent when it does not hold an object "error" with a string "message",
     /// which is no failure of its own: a proxy in between answers with a page. Any thread.

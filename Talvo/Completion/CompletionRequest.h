@@ -9,6 +9,7 @@ struct CompletionRequest
 {
     /// Model identifier, for instance "llama-3.1-8b-instant".
     QString model;
+    /// The instructions first, then the conversation, oldest first.
     std::vector<RequestMessage> messages;
     /// Sampling temperature. @pre finite
     double temperature = 0;

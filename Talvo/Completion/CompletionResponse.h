@@ -10,18 +10,20 @@ namespace Talvo {
 /// of the answer is ignored.
 struct CompletionResponse
 {
+    /// What the model wrote.
     struct ResponseMessage
     {
         /// The reply's text, UTF-8.
         QByteArray content;
     };
 
+    /// One of the replies that the service offers.
     struct Choice
     {
-        ResponseMessage message;
+        ResponseMessage message; ///< the reply itself
     };
 
-    std::vector<Choice> choices;
+    std::vector<Choice> choices; ///< the first is the one that is shown; may be empty
 
     /// Decodes a body: "choices" is required, in each choice "message", in each message "content"
     /// as a string. Any thread.

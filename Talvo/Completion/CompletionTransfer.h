@@ -27,18 +27,21 @@ public:
     /// The bytes of an answer that are accepted; one byte more ends the transfer.
     static constexpr qint64 maximumBodySize = 32LL * 1024 * 1024;
 
+    /// What came back: status and body, undecoded.
     struct Answer
     {
         /// The HTTP status; absent when what came back is not HTTP.
         std::optional<int> status;
-        QByteArray body;
+        QByteArray body; ///< at most `maximumBodySize` bytes
     };
 
     /// Deletes an object when control is back in the event loop.
     struct DeleteLater
     {
+        /// Called by the owning pointer. GUI thread.
         void operator()(QObject *object) const { object->deleteLater(); }
     };
+    /// Owns a transfer; it may be let go of inside the signal that ends it.
     using Pointer = std::unique_ptr<CompletionTransfer, DeleteLater>;
 
     /// Sends a POST.

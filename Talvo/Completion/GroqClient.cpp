@@ -5,6 +5,7 @@
 #include "Completion/CompletionResponse.h"
 #include "Completion/CompletionTransfer.h"
 #include "Completion/RequestCancellation.h"
+#include "Platform/SecretMemory.h"
 #include "Platform/Text.h"
 
 #include <QCoroFuture>
@@ -59,7 +60,9 @@ QByteArray authorization(const QString &apiKey)
         throw PlatformError(PlatformFailure::requestNotSendable,
                             QStringLiteral("API anahtarında geçersiz karakter var"));
     }
-    return "Bearer " + apiKey.toUtf8();
+    QByteArray key = apiKey.toUtf8();
+    const WipedAtEnd wiped(key);
+    return "Bearer " + key;
 }
 
 QNetworkRequest postRequest(const QUrl &endpoint, const QString &apiKey)

@@ -33,17 +33,21 @@ public:
     class GroqError : public TypedError<GroqError>
     {
     public:
+        /// What is wrong with the answer.
         enum class Case {
-            api,
-            invalidResponse,
-            emptyResponse,
+            api,             ///< a status outside 200 to 299
+            invalidResponse, ///< what came back is not HTTP
+            emptyResponse,   ///< no choice, or one without text
         };
 
         /// The service answered with a status outside 200 to 299; `message` is shown as it stands.
         [[nodiscard]] static GroqError api(int statusCode, const QString &message);
+        /// What came back is not HTTP.
         [[nodiscard]] static GroqError invalidResponse();
+        /// The reply holds no text.
         [[nodiscard]] static GroqError emptyResponse();
 
+        /// What is wrong. Any thread.
         [[nodiscard]] Case errorCase() const noexcept { return m_case; }
         /// The HTTP status of `api`, else 0.
         [[nodiscard]] int statusCode() const noexcept { return m_statusCode; }

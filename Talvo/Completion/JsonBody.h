@@ -16,6 +16,7 @@ namespace Talvo {
 class JsonBody
 {
 public:
+    /// The objects and arrays inside each other that are followed.
     static constexpr std::size_t maximumDepth = 512;
 
     /// Parses; never throws and never reads outside the body. Linear, any thread.

@@ -21,6 +21,7 @@ public:
     }
 
 Q_SIGNALS:
+    /// Every call that began before has to end now.
     void cancelled();
 
 private:

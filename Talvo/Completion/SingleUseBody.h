@@ -15,6 +15,7 @@ class SingleUseBody : public QIODevice
     Q_OBJECT
 
 public:
+    /// Open for reading, at its start. @param bytes all of it
     explicit SingleUseBody(QByteArray bytes, QObject *parent = nullptr);
 
     [[nodiscard]] qint64 size() const override { return m_bytes.size(); }

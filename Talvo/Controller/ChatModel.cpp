@@ -74,12 +74,17 @@ QCoro::Task<> ChatModel::loadArchive()
     std::optional<ChatArchive> archive;
     std::optional<QString> failure;
     try {
+        // Awaited for its end only: a result that is awaited would be copied, on this thread.
         QFuture<std::optional<ChatArchive>> loading = m_archiveStore->load();
-        archive = co_await loading;
+        const QFuture<void> loaded(loading);
+        co_await loaded;
+        archive = loading.takeResult();
         if (self && archive) {
             QFuture<ChatArchive> normalizing =
                 QtConcurrent::run(normalizedArchive, std::move(*archive));
-            archive = co_await normalizing;
+            const QFuture<void> normalized(normalizing);
+            co_await normalized;
+            archive = normalizing.takeResult();
         }
     } catch (const std::exception &error) {
         failure = localizedDescription(error);

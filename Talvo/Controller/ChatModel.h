@@ -26,15 +26,22 @@ namespace Talvo {
 class ChatModel : public QObject
 {
     Q_OBJECT
+    /// selectedChatID(), null for none.
     Q_PROPERTY(QUuid selectedChatID READ selectedChatIDOrNull NOTIFY selectedChatIDChanged)
+    /// True when a conversation is selected.
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectedChatIDChanged)
+    /// The composer's text.
     Q_PROPERTY(QString draft READ draft WRITE setDraft NOTIFY draftChanged)
+    /// The model that the next requests name.
     Q_PROPERTY(QString selectedModel READ selectedModel NOTIFY selectedModelChanged)
     Q_PROPERTY(bool canSend READ canSend NOTIFY canSendChanged)
     Q_PROPERTY(bool isSending READ isSending NOTIFY isSendingChanged)
     Q_PROPERTY(bool isAwaitingResponse READ isAwaitingResponse NOTIFY isAwaitingResponseChanged)
+    /// True from the start of loadArchive() to its end.
     Q_PROPERTY(bool isLoadingArchive READ isLoadingArchive NOTIFY isLoadingArchiveChanged)
+    /// errorMessage(), empty when there is nothing to show.
     Q_PROPERTY(QString errorMessage READ errorMessageOrEmpty NOTIFY errorMessageChanged)
+    /// True when there is an error to show, even one with an empty text.
     Q_PROPERTY(bool hasErrorMessage READ hasErrorMessage NOTIFY errorMessageChanged)
     Q_PROPERTY(QStringList availableModels READ availableModels CONSTANT)
 
@@ -42,13 +49,14 @@ public:
     /// The services that the controller drives; an absent one is replaced by its default.
     struct Services
     {
-        std::unique_ptr<GroqClient> client;
-        std::unique_ptr<KeychainStore> keychain;
-        std::unique_ptr<ChatArchiveStore> archiveStore;
+        std::unique_ptr<GroqClient> client; ///< talks to the service
+        std::unique_ptr<KeychainStore> keychain; ///< where the key is read for every send
+        std::unique_ptr<ChatArchiveStore> archiveStore; ///< loads and saves the archive
     };
 
     /// With the defaults of all three services, and one fresh session with the first greeting.
     explicit ChatModel(QObject *parent = nullptr);
+    /// With these services, and one fresh session with the first greeting.
     explicit ChatModel(Services services, QObject *parent = nullptr);
     /// Waits for the saves that were started.
     ~ChatModel() override;
@@ -56,6 +64,7 @@ public:
 
     /// All conversations, the most recently active one first.
     [[nodiscard]] const std::vector<ChatSession> &sessions() const { return m_sessions; }
+    /// The identifier of the selected session, absent for none.
     [[nodiscard]] const std::optional<QUuid> &selectedChatID() const { return m_selectedChatID; }
     /// The messages of the selected session, none without one.
     [[nodiscard]] const ChatMessageList &selectedMessages() const;
@@ -70,11 +79,13 @@ public:
     [[nodiscard]] bool isLoadingArchive() const { return m_loadPhase == LoadPhase::loading; }
     /// The one error text that the window shows, absent when there is nothing to show.
     [[nodiscard]] const std::optional<QString> &errorMessage() const { return m_errorMessage; }
+    /// The long-term memory about the user, empty when nothing is remembered.
     [[nodiscard]] const QString &memory() const { return m_memory; }
     /// The models offered, the default first; never saved.
     [[nodiscard]] static QStringList availableModels();
 
     void setDraft(const QString &draft);
+    /// Sets the one error text, or makes it absent.
     void setErrorMessage(const std::optional<QString> &message);
     /// Makes the error text absent: the alert was dismissed.
     Q_INVOKABLE void clearErrorMessage() { setErrorMessage(std::nullopt); }
@@ -110,8 +121,10 @@ public:
     void close();
 
 Q_SIGNALS:
+    /// sessions() has changed in anything: order, titles, messages.
     void sessionsChanged();
     void selectedChatIDChanged();
+    /// selectedMessages() has changed: another conversation, or a message more.
     void selectedMessagesChanged();
     void draftChanged();
     void selectedModelChanged();
@@ -120,9 +133,11 @@ Q_SIGNALS:
     void isAwaitingResponseChanged();
     void isLoadingArchiveChanged();
     void errorMessageChanged();
+    /// memory() has changed.
     void memoryChanged();
     /// A reply was added to the selected conversation (for assistive technology).
     void replyArrived(const QString &text);
+    /// After close(): nothing is running any more and everything is saved. The process may end.
     void closed();
 
 private:

@@ -6,6 +6,7 @@
 #include "Controller/Prompts.h"
 #include "Controller/RunningTask.h"
 #include "Controller/TitleCleaning.h"
+#include "Platform/SecretMemory.h"
 #include "Platform/Text.h"
 
 #include <QCoroFuture>
@@ -45,7 +46,9 @@ QCoro::Task<> ChatModel::sendText(QString text, std::optional<QString> composerT
     const QUuid sessionID = *m_selectedChatID;
     clearErrorMessage();
     m_isReadingKey = true;
-    const std::optional<QString> apiKey = co_await readKey();
+    std::optional<QString> apiKey = co_await readKey();
+    // The coroutines below share this copy and are done with it by then.
+    const WipedAtEnd wiped(apiKey);
     if (!self) {
         co_return;
     }

@@ -9,6 +9,7 @@ namespace Talvo {
 class ChatModel::RunningTask
 {
 public:
+    /// Counts from now on. @param model not null
     explicit RunningTask(ChatModel *model)
         : m_model(model)
     {

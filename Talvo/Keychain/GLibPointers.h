@@ -10,6 +10,7 @@ namespace Talvo {
 template <auto Function>
 struct FreedBy
 {
+    /// Called by the owning pointer.
     template <class T>
     void operator()(T *pointer) const noexcept
     {
@@ -24,8 +25,10 @@ using GObjectPointer = std::unique_ptr<T, FreedBy<g_object_unref>>;
 /// Owns one reference to a value of a D-Bus message.
 using GVariantPointer = std::unique_ptr<GVariant, FreedBy<g_variant_unref>>;
 
+/// Owns the iterator of a container value.
 using GVariantIterPointer = std::unique_ptr<GVariantIter, FreedBy<g_variant_iter_free>>;
 
+/// Owns an error that a GLib call gave back; null when it succeeded.
 using GErrorPointer = std::unique_ptr<GError, FreedBy<g_error_free>>;
 
 } // namespace Talvo

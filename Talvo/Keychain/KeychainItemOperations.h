@@ -25,8 +25,8 @@ inline constexpr KeychainStatus internalError = -67585;
 /// The attributes that name one generic-password item.
 struct KeychainItemQuery
 {
-    QString service;
-    QString account;
+    QString service; ///< whose key it is, e.g. "com.talvo.groq"
+    QString account; ///< which of the service's keys
 
     friend bool operator==(const KeychainItemQuery &, const KeychainItemQuery &) = default;
 };
@@ -39,19 +39,23 @@ public:
     /// What copyMatching() found: `data` is absent when the result is no buffer of bytes.
     struct Match
     {
-        KeychainStatus status = KeychainStatuses::internalError;
-        std::optional<QByteArray> data;
+        KeychainStatus status = KeychainStatuses::internalError; ///< whether the item was found
+        std::optional<QByteArray> data;                          ///< its content, as stored
     };
 
     KeychainItemOperations() = default;
     virtual ~KeychainItemOperations() = default;
     Q_DISABLE_COPY_MOVE(KeychainItemOperations)
 
+    /// Reads the item.
     [[nodiscard]] virtual Match copyMatching(const KeychainItemQuery &query) = 0;
+    /// Makes the item with this content.
     [[nodiscard]] virtual KeychainStatus add(const KeychainItemQuery &query,
                                              const QByteArray &data) = 0;
+    /// Replaces the content of an item that exists; itemNotFound when none does.
     [[nodiscard]] virtual KeychainStatus update(const KeychainItemQuery &query,
                                                 const QByteArray &data) = 0;
+    /// Removes the item; itemNotFound when there is none.
     [[nodiscard]] virtual KeychainStatus remove(const KeychainItemQuery &query) = 0;
 };
 

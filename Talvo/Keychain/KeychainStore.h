@@ -13,17 +13,22 @@ namespace Talvo {
 class KeychainStore
 {
 public:
+    /// What can go wrong with the keychain.
     class KeychainError : public TypedError<KeychainError>
     {
     public:
+        /// What is wrong.
         enum class Case {
-            unhandled,
-            invalidData,
+            unhandled,   ///< the keychain refused or failed: see status()
+            invalidData, ///< what is stored is no UTF-8 text
         };
 
+        /// The keychain answered with a status that is no success.
         [[nodiscard]] static KeychainError unhandled(KeychainStatus status);
+        /// What is stored is no UTF-8 text.
         [[nodiscard]] static KeychainError invalidData();
 
+        /// What is wrong. Any thread.
         [[nodiscard]] Case errorCase() const noexcept { return m_case; }
         /// The keychain's status of `unhandled`, else 0.
         [[nodiscard]] KeychainStatus status() const noexcept { return m_status; }
@@ -35,6 +40,7 @@ public:
         KeychainStatus m_status;
     };
 
+    /// Names the item and asks nothing yet. @param operations shared by the copies, not null
     explicit KeychainStore(
         std::shared_ptr<KeychainItemOperations> operations = systemKeychainItemOperations(),
         QString service = QStringLiteral("com.talvo.groq"),

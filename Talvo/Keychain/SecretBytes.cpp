@@ -1,6 +1,7 @@
 #include "Keychain/SecretBytes.h"
 
-#include <algorithm>
+#include "Platform/SecretMemory.h"
+
 #include <utility>
 
 namespace Talvo {
@@ -12,12 +13,7 @@ SecretBytes::SecretBytes(QByteArray &&bytes) noexcept
 
 SecretBytes::~SecretBytes()
 {
-    if (!m_bytes.isDetached()) {
-        return;
-    }
-    // Through volatile: a plain fill before the memory is freed would be optimised away.
-    volatile char *const first = m_bytes.data();
-    std::fill(first, first + m_bytes.size(), '\0');
+    wipe(m_bytes);
 }
 
 } // namespace Talvo

@@ -9,10 +9,12 @@ namespace Talvo {
 class SecretBytes
 {
 public:
+    /// Takes the bytes over.
     explicit SecretBytes(QByteArray &&bytes) noexcept;
     ~SecretBytes();
     Q_DISABLE_COPY_MOVE(SecretBytes)
 
+    /// The secret; a copy of it is overwritten by nobody.
     [[nodiscard]] const QByteArray &bytes() const noexcept { return m_bytes; }
 
 private:

@@ -9,7 +9,8 @@ namespace Talvo {
 /// never leaves them.
 struct SecretServiceFailure
 {
-    KeychainStatus status = KeychainStatuses::internalError;
+    KeychainStatus status =
+        KeychainStatuses::internalError; ///< what the operation gives back for it
     /// The service knows no such object (any more).
     bool isMissingObject = false;
 };

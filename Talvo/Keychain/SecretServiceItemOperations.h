@@ -14,6 +14,7 @@ namespace Talvo {
 class SecretServiceItemOperations : public KeychainItemOperations
 {
 public:
+    /// Connects to nothing yet. @param bounds how long each step may take
     explicit SecretServiceItemOperations(const SecretServiceBounds &bounds = {});
 
     [[nodiscard]] Match copyMatching(const KeychainItemQuery &query) override;

@@ -19,11 +19,12 @@ public:
     ~SecretServicePrompt();
     Q_DISABLE_COPY_MOVE(SecretServicePrompt)
 
+    /// How a prompt ended.
     enum class Outcome {
-        pending,
-        completed,
-        dismissed,
-        serviceGone,
+        pending,     ///< it has not
+        completed,   ///< the user did what was asked
+        dismissed,   ///< the user closed it
+        serviceGone, ///< the process that shows it has left the bus
     };
 
     /// Waits until the prompt has ended, no longer than `bound`: then it is still pending.

@@ -10,6 +10,7 @@ namespace Talvo {
 /// Text with runs of inline presentation: what the inline Markdown interpreter makes of a block.
 struct AttributedString
 {
+    /// How a run is drawn; styles combine.
     enum class Style : quint8 {
         emphasis = 1 << 0,
         strong = 1 << 1,
@@ -23,16 +24,17 @@ struct AttributedString
     /// `length` UTF-16 code units from `start` on that share their attributes.
     struct Run
     {
-        qsizetype start = 0;
-        qsizetype length = 0;
-        Styles styles;
-        QString link;  ///< destination of a link, empty for none
+        qsizetype start = 0;  ///< index of the first code unit
+        qsizetype length = 0; ///< in UTF-16 code units, at least 1
+        Styles styles;        ///< none for plain text
+        QString link;         ///< destination of a link, empty for none
         QString image; ///< address of the image whose alternative text this is, empty for none
         QString title; ///< title of the link or image, empty for none
 
         friend bool operator==(const Run &, const Run &) = default;
     };
 
+    /// What the user sees, without markup.
     QString text;
     /// Sorted, without gaps or overlaps, covering the whole text; neighbours differ.
     std::vector<Run> runs;

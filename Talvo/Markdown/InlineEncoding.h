@@ -23,6 +23,7 @@ using Bytes = QVarLengthArray<char, 4096>;
 
 /// The guard at the start; the one at the end is its mirror image.
 inline constexpr std::string_view leadingGuard = "\u2003 ";
+/// The guard at the end.
 inline constexpr std::string_view trailingGuard = " \u2003";
 
 /// True when the inline parser would give the text back as it is, in one run without attributes:

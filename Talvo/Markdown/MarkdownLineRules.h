@@ -13,10 +13,11 @@ namespace Talvo {
 /// A line of three or more "-", "*" or "_", all alike, with any number of blanks among them.
 [[nodiscard]] bool isDivider(QStringView line);
 
+/// What parseHeading() found.
 struct HeadingLine
 {
     qint64 level = 1; ///< 1 to 6
-    QStringView text;
+    QStringView text; ///< as written, not interpreted
 };
 /// One to six "#", a blank, the heading's text. Closing "#" stay in the text.
 [[nodiscard]] std::optional<HeadingLine> parseHeading(QStringView line);
@@ -24,6 +25,7 @@ struct HeadingLine
 /// The text after "- ", "* " or "+ ", further blanks included.
 [[nodiscard]] std::optional<QStringView> bulletText(QStringView line);
 
+/// What parseNumberedItem() found.
 struct NumberedLine
 {
     qint64 number = 0; ///< as written, sign included

@@ -12,10 +12,12 @@ namespace Talvo {
 class MarkdownLines
 {
 public:
+    /// Cuts a text. Linear.
     explicit MarkdownLines(QStringView text);
 
     /// At least 1: an empty text is one empty line.
     [[nodiscard]] std::size_t size() const noexcept { return m_lines.size(); }
+    /// A line without its newline. @pre index < size()
     [[nodiscard]] QStringView operator[](std::size_t index) const { return m_lines[index]; }
 
     /// The lines from `first` to before `last` (at least one) with a line feed between each two.

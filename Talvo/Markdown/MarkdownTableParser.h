@@ -23,9 +23,10 @@ namespace Talvo {
 /// Cells with ids from 0 and interpreted text.
 [[nodiscard]] std::vector<MarkdownTable::Cell> makeCells(const std::vector<QStringView> &strings);
 
+/// What parseTable() found.
 struct ParsedTable
 {
-    MarkdownTable table;
+    MarkdownTable table;  ///< with all its rows
     std::size_t next = 0; ///< index of the first line after the table
 };
 /// The table that begins at a line, if one does.

@@ -38,7 +38,9 @@ public:
     }
     Q_DISABLE_COPY_MOVE(FileDescriptor)
 
+    /// True unless made from -1.
     [[nodiscard]] bool isOpen() const noexcept { return m_number >= 0; }
+    /// The descriptor, for system calls; it stays owned.
     [[nodiscard]] int number() const noexcept { return m_number; }
 
 private:

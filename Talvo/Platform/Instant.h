@@ -10,7 +10,7 @@ namespace Talvo {
 /// and a load bit for bit.
 struct Instant
 {
-    double secondsSinceReference = 0;
+    double secondsSinceReference = 0; ///< as in the archive; may be negative
 
     /// The system clock's time. Any thread.
     [[nodiscard]] static Instant now();

@@ -80,7 +80,23 @@ void TemporaryFile::write(QByteArrayView piece)
             throwNotWritable();
         }
         piece = piece.sliced(count);
+        beginWriteBack(count);
     }
+}
+
+/// Lets the disk work on what is written while the rest is still being made; else all of it would
+/// wait for the sync at the end. Only a hint: the sync alone says whether the data arrived.
+void TemporaryFile::beginWriteBack(qint64 count)
+{
+    m_written += count;
+#ifdef Q_OS_LINUX
+    constexpr qint64 portion = 8 << 20;
+    if (m_written - m_handedToDisk >= portion) {
+        ::sync_file_range(m_file.number(), m_handedToDisk, m_written - m_handedToDisk,
+                          SYNC_FILE_RANGE_WRITE);
+        m_handedToDisk = m_written;
+    }
+#endif
 }
 
 void TemporaryFile::replaceTarget()

@@ -20,6 +20,7 @@ public:
     ~TemporaryFile();
     Q_DISABLE_COPY_MOVE(TemporaryFile)
 
+    /// Appends to what was written before.
     void write(QByteArrayView piece);
 
     /// Brings the data to the disk and puts the file in the target's place.
@@ -30,9 +31,13 @@ public:
     static void removeLeftovers(const QByteArray &target);
 
 private:
+    void beginWriteBack(qint64 count);
+
     const QByteArray m_target;
     QByteArray m_path; ///< empty once it is the target
     FileDescriptor m_file;
+    qint64 m_written = 0;
+    qint64 m_handedToDisk = 0; ///< of these bytes
 };
 
 /// Brings an open file's data, and what is needed to find it again, to the disk itself. Returns -1

@@ -12,6 +12,7 @@ class BlockStack : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
+    /// Between two children, in device-independent pixels.
     Q_PROPERTY(qreal spacing MEMBER m_spacing NOTIFY layoutChanged FINAL)
     /// Side by side instead of one below the other.
     Q_PROPERTY(bool horizontal MEMBER m_horizontal NOTIFY layoutChanged FINAL)

@@ -24,6 +24,7 @@ public:
     /// @param text never null; usually aliases the whole parse result.
     explicit BlockText(std::shared_ptr<const AttributedString> text);
 
+    /// The text with its runs; empty for a handle made of nothing.
     [[nodiscard]] const AttributedString &value() const;
     [[nodiscard]] QString plain() const { return value().text; }
 

@@ -44,7 +44,9 @@ public:
     /// Contrast.h for the theme's expressions.
     Q_INVOKABLE [[nodiscard]] static QColor readable(const QColor &colour, const QColor &background,
                                                      double ratio);
+    /// See Contrast.h.
     Q_INVOKABLE [[nodiscard]] static double contrastRatio(const QColor &one, const QColor &other);
+    /// See Contrast.h.
     Q_INVOKABLE [[nodiscard]] static QColor blended(const QColor &top, const QColor &bottom);
 
     /// Takes one setting as the portal gives it; unknown names and malformed values are ignored.

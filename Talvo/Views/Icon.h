@@ -16,6 +16,7 @@ class Icon : public QQuickPaintedItem
     QML_ELEMENT
     /// File name in Views/icons without its ending, e.g. "key-fill".
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged REQUIRED FINAL)
+    /// The one colour; its alpha counts.
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
 
 public:

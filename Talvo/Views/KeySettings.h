@@ -21,8 +21,11 @@ class KeySettings : public QObject
     Q_PROPERTY(Talvo::KeychainHandle keychain READ keychain WRITE setKeychain REQUIRED)
     /// The text of the key field.
     Q_PROPERTY(QString apiKey READ apiKey WRITE setApiKey NOTIFY apiKeyChanged)
+    /// How the last operation went, in words for the user.
     Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusChanged)
+    /// True once there is something to say.
     Q_PROPERTY(bool hasStatus READ hasStatus NOTIFY statusChanged)
+    /// True when `statusMessage` tells of a failure.
     Q_PROPERTY(bool isError READ isError NOTIFY statusChanged)
     /// The field is not empty, and the keychain is not at work.
     Q_PROPERTY(bool canDelete READ canDelete NOTIFY permissionsChanged)

@@ -27,6 +27,7 @@ class MarkdownBlocks : public QAbstractListModel
     Q_PROPERTY(bool parsed READ isParsed NOTIFY parsedChanged FINAL)
 
 public:
+    /// What a row tells its delegate.
     enum Role {
         kindRole = Qt::UserRole, ///< "heading", "paragraph", "item", "table", "divider" or "plain"
         levelRole,               ///< heading level, 1 to 6

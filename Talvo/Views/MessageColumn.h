@@ -24,20 +24,28 @@ class MessageColumn : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
+    /// The messages to show.
     Q_PROPERTY(
         Talvo::MessageListModel *model READ model WRITE setModel NOTIFY modelChanged REQUIRED)
     /// Made with the initial properties `content` and `width`.
     Q_PROPERTY(QQmlComponent *userDelegate MEMBER m_userDelegate NOTIFY delegatesChanged REQUIRED)
+    /// Like `userDelegate`, for replies.
     Q_PROPERTY(QQmlComponent *assistantDelegate MEMBER m_assistantDelegate NOTIFY delegatesChanged
                    REQUIRED)
     /// Shown below the last row while it is visible.
     Q_PROPERTY(QQuickItem *footer READ footer WRITE setFooter NOTIFY footerChanged)
+    /// Between two rows.
     Q_PROPERTY(qreal spacing MEMBER m_spacing NOTIFY layoutChanged)
+    /// Above the first row and below the last.
     Q_PROPERTY(qreal padding MEMBER m_padding NOTIFY layoutChanged)
+    /// Upper edge of the visible area.
     Q_PROPERTY(qreal viewportY READ viewportY WRITE setViewportY NOTIFY viewportChanged)
+    /// Height of the visible area.
     Q_PROPERTY(
         qreal viewportHeight READ viewportHeight WRITE setViewportHeight NOTIFY viewportChanged)
+    /// Upper edge of the content.
     Q_PROPERTY(qreal originY READ originY NOTIFY extentChanged)
+    /// Lower edge of the content.
     Q_PROPERTY(qreal endY READ endY NOTIFY extentChanged)
     /// The view is moving to the end: it needs no help to stay inside the content.
     Q_PROPERTY(bool isFollowing MEMBER m_isFollowing NOTIFY isFollowingChanged)

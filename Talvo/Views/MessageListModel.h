@@ -15,10 +15,12 @@ class MessageListModel : public QAbstractListModel
 {
     Q_OBJECT
     QML_ELEMENT
+    /// Whose selected conversation it is; null for none.
     Q_PROPERTY(Talvo::ChatModel *controller READ controller WRITE setController NOTIFY
                    controllerChanged REQUIRED)
 
 public:
+    /// What a row tells its delegate.
     enum Roles {
         IsAssistantRole = Qt::UserRole + 1, ///< bool
         ContentRole,                        ///< QString

@@ -16,9 +16,13 @@ public:
     /// Linear.
     explicit RowHeights(std::vector<qreal> heights);
 
+    /// The number of rows.
     [[nodiscard]] int count() const { return static_cast<int>(m_heights.size()); }
+    /// The height of a row. @pre 0 <= row < count()
     [[nodiscard]] qreal at(int row) const { return m_heights[static_cast<std::size_t>(row)]; }
+    /// Changes the height of a row. @pre 0 <= row < count()
     void set(int row, qreal height);
+    /// Adds a row at the end.
     void append(qreal height);
 
     /// The sum of the heights of the rows before `row`. @pre 0 <= row <= count()

@@ -17,12 +17,14 @@ class SessionListModel : public QAbstractListModel
 {
     Q_OBJECT
     QML_ELEMENT
+    /// Whose conversations they are; null for none.
     Q_PROPERTY(Talvo::ChatModel *controller READ controller WRITE setController NOTIFY
                    controllerChanged REQUIRED)
     /// Row of the selected conversation, -1 for none.
     Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedRowChanged)
 
 public:
+    /// What a row tells its delegate.
     enum Roles {
         SessionIdRole = Qt::UserRole + 1, ///< QUuid
         TitleRole,                        ///< QString

@@ -14,9 +14,11 @@ class SpinnerDots : public QQuickPaintedItem
     QML_ELEMENT
     /// Which dot is lit, from 0, counted clockwise from the top; taken modulo eight.
     Q_PROPERTY(int step MEMBER m_step NOTIFY changed FINAL)
+    /// Colour of the lit dot.
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
 
 public:
+    /// Dots in the ring.
     static constexpr int count = 8;
 
     explicit SpinnerDots(QQuickItem *parent = nullptr);

@@ -13,9 +13,9 @@ namespace Talvo {
 /// The looks of inline text that do not come from the text's own font and colour.
 struct InlineLooks
 {
-    QColor link;
-    QColor codeBackground;
-    QString codeFamily; ///< family of a fixed-width font
+    QColor link;           ///< colour of a link's text
+    QColor codeBackground; ///< laid under code
+    QString codeFamily;    ///< family of a fixed-width font
 };
 
 /// The text as a document shows and copies it: every line ending is one line feed. Apart from CR LF

@@ -19,10 +19,14 @@ class StyledText : public Talvo::ReadOnlyText
 {
     Q_OBJECT
     QML_ELEMENT
+    /// What the TextEdit shows.
     Q_PROPERTY(Talvo::BlockText styled READ styled WRITE setStyled NOTIFY styledChanged FINAL)
+    /// Colour of links.
     Q_PROPERTY(QColor linkColor READ linkColor WRITE setLinkColor NOTIFY looksChanged FINAL)
+    /// Colour under code.
     Q_PROPERTY(
         QColor codeBackground READ codeBackground WRITE setCodeBackground NOTIFY looksChanged FINAL)
+    /// Family of the font of code.
     Q_PROPERTY(QString codeFamily READ codeFamily WRITE setCodeFamily NOTIFY looksChanged FINAL)
     /// True when the text is read from right to left.
     Q_PROPERTY(bool rightToLeft READ isRightToLeft NOTIFY styledChanged FINAL)

@@ -168,14 +168,16 @@ class Saving(Scenario):
         seed = int(os.environ.get("TALVO_SEED", time.time_ns() % 1_000_000))
         moments = random.Random(seed)
         tally = dict.fromkeys(["before the first save", "during a save", "between saves"], 0)
-        operations = 0
+        operations = damaged = 0
         for number in range(KILLS):
             with self.subTest(kill=number, seed=seed):
                 load = Load(self, asked, moments)
                 where = load.run_until_killed()
                 tally[where] += 1
                 operations += load.operations
+                damaged += 1
                 self.check(asked, load)
+                damaged -= 1
         self.start_once_more()
         figures = Figures(f"Killed while saving (seed {seed})", "what", "how often")
         for where, count in tally.items():
@@ -183,7 +185,7 @@ class Saving(Scenario):
         figures.add("operations before the kills", operations)
         figures.add("messages sent", len(asked.sent))
         figures.add("conversations asked to be deleted", len(asked.deleted))
-        figures.add("archives damaged, or older than the last finished save", 0)
+        figures.add("archives damaged, or older than the last finished save", damaged)
         figures.print()
 
     def check(self, asked, load):
@@ -258,6 +260,9 @@ class Load:
         composer = window.get(FIELD, "Mesajını yaz…")
         send = window.get(BUTTON, "Mesajı gönder")
         while not self._killed.is_set():
+            # It takes no text while a reply is awaited.
+            wait_until(lambda: self._killed.is_set()
+                       or "EditableText" in composer.get_interfaces(), "an enabled composer")
             self.send(composer, send)
             self.rename(window)
             wait_until(lambda: self._killed.is_set() or content_of(composer) == "", "the draft taken over")

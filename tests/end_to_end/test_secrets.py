@@ -7,7 +7,7 @@ import unittest
 from pathlib import Path
 
 import scenario
-from completion_service import MEMORY, REPLY, TITLE
+from completion_service import REPLY
 from figures import Figures
 from scenario import Scenario
 from waiting import wait_until
