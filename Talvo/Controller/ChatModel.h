@@ -181,7 +181,7 @@ private:
                                         QString apiKey);
     QCoro::Task<> updateMemory(ChatMessage userMessage, ChatMessage assistantMessage,
                                QString apiKey);
-    void appendMessage(const ChatMessage &message, const QUuid &sessionID);
+    [[nodiscard]] QCoro::Task<> appendAndSave(const ChatMessage &message, const QUuid &sessionID);
     void takeFromDraft(const QString &composerText);
     void giveBackToDraft(const QString &text);
     void finishSending();

@@ -65,8 +65,8 @@ QCoro::Task<> ChatModel::sendText(QString text, std::optional<QString> composerT
         takeFromDraft(*composerText);
     }
     const ChatMessage userMessage = ChatMessage::make(ChatMessage::Role::user, text.toUtf8());
-    appendMessage(userMessage, sessionID);
-    co_await saveArchive();
+    QCoro::Task<> saving = appendAndSave(userMessage, sessionID);
+    co_await saving;
     if (self && !m_isClosing) {
         co_await exchange(sessionID, userMessage, *apiKey);
     }
@@ -125,9 +125,9 @@ QCoro::Task<> ChatModel::exchange(QUuid sessionID, ChatMessage userMessage, QStr
     }
 
     const ChatMessage assistantMessage = ChatMessage::make(ChatMessage::Role::assistant, reply);
-    appendMessage(assistantMessage, sessionID);
+    QCoro::Task<> saving = appendAndSave(assistantMessage, sessionID);
     setIsAwaitingResponse(false);
-    co_await saveArchive();
+    co_await saving;
     if (!self || m_isClosing) {
         co_return;
     }
@@ -202,23 +202,26 @@ QCoro::Task<> ChatModel::updateMemory(ChatMessage userMessage, ChatMessage assis
     co_await saveArchive();
 }
 
-void ChatModel::appendMessage(const ChatMessage &message, const QUuid &sessionID)
+/// Gives back the save, which has begun before anything is told to the views: however long they take
+/// to draw the message, it is on its way to the disk.
+QCoro::Task<> ChatModel::appendAndSave(const ChatMessage &message, const QUuid &sessionID)
 {
     const auto session = findSession(sessionID);
     if (session == m_sessions.end()) {
-        return;
+        return saveArchive();
     }
     session->messages.append(message);
     session->updatedAt = Instant::now();
     std::rotate(m_sessions.begin(), session, session + 1);
+    QCoro::Task<> saving = saveArchive();
     Q_EMIT sessionsChanged();
-    if (m_selectedChatID != sessionID) {
-        return;
+    if (m_selectedChatID == sessionID) {
+        Q_EMIT selectedMessagesChanged();
+        if (message.role == ChatMessage::Role::assistant) {
+            Q_EMIT replyArrived(QString::fromUtf8(message.content));
+        }
     }
-    Q_EMIT selectedMessagesChanged();
-    if (message.role == ChatMessage::Role::assistant) {
-        Q_EMIT replyArrived(QString::fromUtf8(message.content));
-    }
+    return saving;
 }
 
 /// Empties the composer of the text that is being sent, and of that only: what was typed while the

@@ -225,6 +225,24 @@ TEST_F(ChatModelSending, theReplyIsKeptExactlyAndMovesTheSessionUp)
               QStringLiteral("  **yanıt** \n"));
 }
 
+TEST_F(ChatModelSending, aMessageReachesTheDiskHoweverLongTheViewsTakeToDrawIt)
+{
+    std::vector<bool> wasSavedMeanwhile;
+    std::size_t savesBefore = saveCount();
+    QObject::connect(model.get(), &ChatModel::selectedMessagesChanged, model.get(), [&] {
+        // A view that draws for long: no event is handled until it is done.
+        for (int i = 0; i < 10'000 && saveCount() == savesBefore; ++i) {
+            QThread::msleep(1);
+        }
+        wasSavedMeanwhile.push_back(saveCount() > savesBefore);
+        savesBefore = saveCount();
+    });
+    beginSend(QStringLiteral("soru"));
+    answer(request(0), QStringLiteral("yanıt"));
+    request(1);
+    EXPECT_EQ(wasSavedMeanwhile, (std::vector<bool>{true, true}));
+}
+
 TEST_F(ChatModelSending, sessionOperationsAreRefusedWhileSendingButNotRename)
 {
     model->newChat();
