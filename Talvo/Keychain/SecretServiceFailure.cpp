@@ -19,7 +19,7 @@ constexpr SecretServiceFailure refused{KeychainStatuses::authFailed};
 constexpr SecretServiceFailure locked{KeychainStatuses::interactionNotAllowed};
 constexpr SecretServiceFailure missing{KeychainStatuses::internalError, true};
 
-/// The errors of the D-Bus specification and of the Secret Service API that mean more than
+/// The errors that D-Bus itself defines and those of the Secret Service API that mean more than
 /// "failed". Services differ in how they name a missing object: most answer as if only the method
 /// were unknown.
 constexpr std::array namedFailures = {
