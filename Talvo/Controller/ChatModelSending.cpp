@@ -202,8 +202,8 @@ QCoro::Task<> ChatModel::updateMemory(ChatMessage userMessage, ChatMessage assis
     co_await saveArchive();
 }
 
-/// Gives back the save, which has begun before anything is told to the views: however long they take
-/// to draw the message, it is on its way to the disk.
+/// Gives back the save, which has begun before anything is told to the views: however long they
+/// take to draw the message, it is on its way to the disk.
 QCoro::Task<> ChatModel::appendAndSave(const ChatMessage &message, const QUuid &sessionID)
 {
     const auto session = findSession(sessionID);
