@@ -4,6 +4,7 @@
 
 #include <QNetworkAccessManager>
 
+#include <algorithm>
 #include <utility>
 
 namespace Talvo {
@@ -59,7 +60,10 @@ CompletionTransfer::CompletionTransfer(QNetworkAccessManager &session,
     sized.setHeader(QNetworkRequest::ContentLengthHeader, body.size());
     m_reply = session.post(sized, new SingleUseBody(std::move(body), this));
     m_reply->setParent(this);
-    m_reply->setReadBufferSize(readBufferSize);
+    // The network thread hears of a size only once it works on the request; until then it reads on
+    // and on, for as long as the service is faster than itself.
+    connect(m_reply, &QNetworkReply::socketStartedConnecting, this,
+            [this] { m_reply->setReadBufferSize(readBufferSize); });
     connect(m_reply, &QNetworkReply::requestSent, this, [this] { m_stage = TransferStage::sent; });
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &CompletionTransfer::checkDeclaredSize);
     connect(m_reply, &QNetworkReply::readyRead, this, &CompletionTransfer::collect);
@@ -98,8 +102,10 @@ void CompletionTransfer::collect()
     if (m_stopped || !m_reply->isReadable()) {
         return;
     }
-    // One byte above the bound is enough to know.
-    m_body += m_reply->read(maximumBodySize + 1 - m_body.size());
+    // One byte above the bound is enough to know. The library allocates what is asked for, not what
+    // there is.
+    const qint64 space = maximumBodySize + 1 - m_body.size();
+    m_body += m_reply->read(std::min(m_reply->bytesAvailable(), space));
     if (m_body.size() > maximumBodySize) {
         stop(PlatformFailure::replyTooLarge);
     }

@@ -5,6 +5,8 @@
 #include <QHostAddress>
 #include <QTcpServer>
 
+#include <thread>
+
 using namespace Talvo;
 using namespace std::chrono_literals;
 
@@ -271,6 +273,27 @@ TEST(GroqClientTransfer, stopsAtABodyAboveTheBound)
         const LoopbackService service({answer});
         const CallEnd end = ClientCall(service).end();
         EXPECT_EQ(end.failure, PlatformFailure::replyTooLarge) << qPrintable(end.description);
+        EXPECT_TRUE(awaitedCondition([&] { return service.openConnectionCount() == 0; }));
+    }
+}
+
+TEST(GroqClientTransfer, isNotFloodedWhileTheThreadIsBusy)
+{
+    const QByteArray block(64LL * 1024, 'x');
+    const std::pair<const char *, ScriptedAnswer> answers[] = {
+        {"streamed", ScriptedAnswer::head(200, {}).sending(block, 1'000'000).then(End::close)},
+        {"chunked", chunkedHead().sending(chunk(block), 1'000'000).then(End::close)},
+    };
+    for (const auto &[name, answer] : answers) {
+        SCOPED_TRACE(name);
+        const LoopbackService service({answer});
+        const ClientCall call(service);
+        const auto task = call.started();
+        ASSERT_TRUE(awaitedCondition([&] { return service.sentByteCount() > 0; }));
+        std::this_thread::sleep_for(500ms);
+        // What the system itself buffers on both sides counts as sent.
+        EXPECT_LT(service.sentByteCount(), bound);
+        call.client.cancelRequests();
         EXPECT_TRUE(awaitedCondition([&] { return service.openConnectionCount() == 0; }));
     }
 }

@@ -106,7 +106,7 @@ class CompletionService:
     def kinds(self):
         return [request.kind for request in self.requests]
 
-    def wait_for(self, count, seconds=30):
+    def wait_for(self, count, seconds=60):
         """Waits until `count` requests have arrived since the start."""
         with self._changed:
             arrived = self._changed.wait_for(lambda: len(self.requests) >= count, seconds)

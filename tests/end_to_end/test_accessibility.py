@@ -102,10 +102,13 @@ class Accessibility(Scenario):
         self.service.wait_for(3)
         window.wait_without_text("Talvo düşünüyor…")
         expected = ["Nasılsın?", "Başlık", "Bir vurgulu söz.", "•", "ilk", "1.", "birinci"]
-        for text in expected:
-            window.wait_for_text(text)
-        texts = [text for text in window.texts() if text in expected]
-        self.assertEqual(sorted(set(texts), key=texts.index), expected, "the order of reading")
+
+        def as_read():
+            texts = [text for text in window.texts() if text in expected]
+            return sorted(set(texts), key=texts.index)
+
+        window.wait_until(lambda: len(as_read()) == len(expected), "every part of the reply")
+        self.assertEqual(as_read(), expected, "the order of reading")
         self.close()
 
     def test_an_error_is_a_dialog_that_can_be_dismissed(self):

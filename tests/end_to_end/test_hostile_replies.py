@@ -213,7 +213,9 @@ class HostileReplies(Scenario):
                 self.ask(f"[{text}]({address})")
                 self.window.wait_for_text(text)
                 time.sleep(0.7) # until the list has come to rest
-                element = [e for e in self.window.elements() if e.get_name() == text][-1]
+                element = self.window.unchanged(lambda: [
+                    element for element in self.window.elements() if element.get_name() == text
+                ])[-1]
                 self.window.click_beginning(element)
                 if expected is not None:
                     wait_until(lambda: record.read_text(), "the opener's call", 10)

@@ -3,7 +3,7 @@
 import time
 
 
-def wait_until(condition, what, seconds=30):
+def wait_until(condition, what, seconds=60):
     """Gives back the first true value of `condition()`; fails with `what` after `seconds`."""
     end = time.monotonic() + seconds
     while True:

@@ -29,7 +29,7 @@ class Window:
 
     # What is there
 
-    def wait_until(self, condition, what, seconds=30):
+    def wait_until(self, condition, what, seconds=60):
         """Waits for something in the window; fails at once when the program has ended."""
 
         def attempt():
@@ -38,9 +38,13 @@ class Window:
             try:
                 return condition()
             except GLib.Error:
-                return None # the window changed while it was read
+                return None # something that was being read has left the window
 
         return wait_until(attempt, what, seconds)
+
+    def unchanged(self, read):
+        """What `read` gives once nothing that it reads leaves the window meanwhile."""
+        return self.wait_until(lambda: [read()], "a moment without changes in the window")[0]
 
     def root(self):
         """The application's accessible, or None while it is not on the bus yet."""
@@ -63,18 +67,36 @@ class Window:
 
     def find(self, roles, name, below=None):
         """The elements of these roles with this name."""
+        return self.unchanged(lambda: self._find(roles, name, below))
+
+    def get(self, roles, name, below=None):
+        """Waits for an element of these roles with this name and gives back the first one."""
+        return self.wait_until(lambda: self._find(roles, name, below), f"“{name}” in the window")[0]
+
+    def texts(self, below=None):
+        """The names and text contents of everything that shows."""
+        return self.unchanged(lambda: self._texts(below))
+
+    def wait_for_text(self, text, seconds=60):
+        """Waits until an element shows exactly this text."""
+        self.wait_until(lambda: text in self._texts(), f"“{text}” in the window", seconds)
+
+    def wait_without_text(self, text, seconds=60):
+        """Waits until no element shows this text."""
+        self.wait_until(lambda: text not in self._texts(), f"no “{text}” in the window", seconds)
+
+    def row(self, title):
+        """The sidebar's row of the conversation with this title."""
+        return self.wait_until(lambda: self._row(title), f"a row “{title}”")
+
+    def _find(self, roles, name, below=None):
         return [
             element
             for element in self.elements(below)
             if element.get_role() in roles and element.get_name() == name
         ]
 
-    def get(self, roles, name, below=None):
-        """Waits for an element of these roles with this name and gives back the first one."""
-        return self.wait_until(lambda: self.find(roles, name, below), f"“{name}” in the window")[0]
-
-    def texts(self, below=None):
-        """The names and text contents of everything that shows."""
+    def _texts(self, below=None):
         found = []
         for element in self.elements(below):
             found.append(element.get_name())
@@ -82,22 +104,10 @@ class Window:
                 found.append(content_of(element))
         return [text for text in found if text]
 
-    def wait_for_text(self, text, seconds=30):
-        """Waits until an element shows exactly this text."""
-        self.wait_until(lambda: text in self.texts(), f"“{text}” in the window", seconds)
-
-    def wait_without_text(self, text, seconds=30):
-        """Waits until no element shows this text."""
-        self.wait_until(lambda: text not in self.texts(), f"no “{text}” in the window", seconds)
-
-    def row(self, title):
-        """The sidebar's row of the conversation with this title."""
-        return self.wait_until(lambda: self._row(title), f"a row “{title}”")
-
     def _row(self, title):
         for element in self.elements():
-            if element.get_role() in ROW and title in self.texts(element):
-                if self.find(BUTTON, "Sohbeti sil", element):
+            if element.get_role() in ROW and title in self._texts(element):
+                if self._find(BUTTON, "Sohbeti sil", element):
                     return element
         return None
 

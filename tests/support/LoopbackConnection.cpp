@@ -26,6 +26,7 @@ LoopbackConnection::LoopbackConnection(int number, QTcpSocket *socket, Responder
 {
     socket->setParent(this);
     connect(socket, &QTcpSocket::readyRead, this, &LoopbackConnection::read);
+    connect(socket, &QTcpSocket::bytesWritten, this, &LoopbackConnection::sent);
     connect(socket, &QTcpSocket::bytesWritten, this, &LoopbackConnection::play);
     connect(socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
 }

@@ -24,6 +24,10 @@ public:
     /// @param socket connected; becomes a child
     LoopbackConnection(int number, QTcpSocket *socket, Responder responder, QObject *parent);
 
+Q_SIGNALS:
+    /// The system has taken over this many more bytes of answers.
+    void sent(qint64 count);
+
 private:
     void read();
     void takeRequest(qsizetype headSize);

@@ -31,6 +31,7 @@ public:
 
     [[nodiscard]] int connectionCount() const { return m_accepted; }
     [[nodiscard]] int openConnectionCount() const { return m_open; }
+    [[nodiscard]] qint64 sentByteCount() const { return m_sent; }
 
 protected:
     void incomingConnection(qintptr descriptor) override
@@ -44,6 +45,8 @@ protected:
             [this](const RecordedRequest &request) { return answer(request); }, this);
         ++m_open;
         connect(connection, &QObject::destroyed, this, [this] { --m_open; });
+        connect(connection, &LoopbackConnection::sent, this,
+                [this](qint64 count) { m_sent += count; });
     }
 
 private:
@@ -74,6 +77,7 @@ private:
     std::optional<TlsIdentity> m_tls;
     std::atomic<int> m_accepted = 0;
     std::atomic<int> m_open = 0;
+    std::atomic<qint64> m_sent = 0;
     mutable QMutex m_mutex;
     std::vector<RecordedRequest> m_requests;
 };
@@ -142,6 +146,11 @@ int LoopbackService::connectionCount() const
 int LoopbackService::openConnectionCount() const
 {
     return m_listener->openConnectionCount();
+}
+
+qint64 LoopbackService::sentByteCount() const
+{
+    return m_listener->sentByteCount();
 }
 
 } // namespace Talvo

@@ -59,6 +59,9 @@ public:
     /// How many accepted connections are still there.
     [[nodiscard]] int openConnectionCount() const;
 
+    /// How many bytes of answers the system has taken over. With TLS, before encryption.
+    [[nodiscard]] qint64 sentByteCount() const;
+
 private:
     class Listener;
 
