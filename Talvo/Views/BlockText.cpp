@@ -26,7 +26,8 @@ QVariantList BlockTable::rows() const
         return {};
     QVariantList list;
     list.reserve(static_cast<qsizetype>(m_table->rows.size()) + 1);
-    list.append(shared(m_table->headers));
+    if (hasHeader())
+        list.append(shared(m_table->headers));
     for (const MarkdownTable::Row &row : m_table->rows)
         list.append(shared(row.cells));
     return list;

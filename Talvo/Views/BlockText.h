@@ -42,6 +42,8 @@ class BlockTable
     QML_VALUE_TYPE(blockTable)
     /// The rows, the header first; each is a list of `blockText`, with exactly its own cells.
     Q_PROPERTY(QVariantList rows READ rows FINAL)
+    /// False for a later piece of a large table.
+    Q_PROPERTY(bool hasHeader READ hasHeader FINAL)
 
 public:
     BlockTable() = default;
@@ -49,6 +51,7 @@ public:
     explicit BlockTable(std::shared_ptr<const MarkdownTable> table);
 
     [[nodiscard]] QVariantList rows() const;
+    [[nodiscard]] bool hasHeader() const { return m_table && !m_table->headers.empty(); }
 
     friend bool operator==(const BlockTable &, const BlockTable &) = default;
 

@@ -48,4 +48,11 @@ DelegateChooser {
         MarkdownSource {
         }
     }
+
+    DelegateChoice {
+        roleValue: "more"
+
+        MarkdownMore {
+        }
+    }
 }

@@ -1,6 +1,7 @@
 #include "Views/MarkdownBlocks.h"
 
 #include "Markdown/MarkdownBlockParser.h"
+#include "Views/BlockPieces.h"
 #include "Views/BlockText.h"
 
 #include <QMetaObject>
@@ -19,10 +20,10 @@ namespace {
 /// while it is scrolled. Nearly every reply is parsed within this time; it is less than a frame.
 constexpr int patienceMilliseconds = 4;
 
-/// Blocks that are there at once, and per turn of the event loop from then on: what is drawn well
-/// within a frame or two.
-constexpr int firstPortion = 300;
-constexpr int portion = 60;
+/// What is drawn at once (nearly every reply as a whole), and per turn of the event loop from then
+/// on; see BlockPieces::countWithin().
+constexpr qint64 firstPortion = 400;
+constexpr qint64 portion = 40;
 
 /// Before everything else that waits for a worker thread: the user is looking at this text.
 constexpr int userInitiatedPriority = 10;
@@ -80,13 +81,14 @@ struct MarkdownBlocks::Job
 {
     quint64 number = 0;
     QString content;
-    std::shared_ptr<const Blocks> result; ///< written before `done` is released
+    bool isLiteral = false;
+    std::shared_ptr<const BlockPieces> result; ///< written before `done` is released
     QSemaphore done;
 };
 
 MarkdownBlocks::MarkdownBlocks(QObject *parent)
     : QAbstractListModel(parent)
-    , m_blocks(std::make_shared<const Blocks>())
+    , m_pieces(std::make_shared<const BlockPieces>())
     , m_owner(std::make_shared<Owner>())
 {
     m_owner->model = this;
@@ -109,13 +111,26 @@ void MarkdownBlocks::setContent(const QString &content)
     parse();
 }
 
+void MarkdownBlocks::setLiteral(bool isLiteral)
+{
+    if (m_isLiteral == isLiteral)
+        return;
+    m_isLiteral = isLiteral;
+    Q_EMIT literalChanged();
+    if (!m_content.isEmpty())
+        parse();
+}
+
 void MarkdownBlocks::parse()
 {
     auto job = std::make_shared<Job>();
     job->number = ++m_started;
     job->content = m_content;
+    job->isLiteral = m_isLiteral;
     const auto work = [job, owner = m_owner] {
-        job->result = std::make_shared<const Blocks>(parseBlocks(job->content));
+        job->result = std::make_shared<const BlockPieces>(
+            job->isLiteral ? BlockPieces::ofPlainText(job->content)
+                           : BlockPieces(parseBlocks(job->content)));
         job->done.release();
         const QMutexLocker locker(&owner->mutex);
         if (MarkdownBlocks *model = owner->model)
@@ -132,27 +147,55 @@ void MarkdownBlocks::show(const Job &job)
     if (job.number <= m_shown)
         return;
     m_shown = job.number;
-    if (*job.result == *m_blocks)
+    if (*job.result == *m_pieces)
         return;
     const bool wasParsed = isParsed();
     beginResetModel();
-    m_blocks = job.result;
-    m_rows = static_cast<int>(std::min<size_t>(m_blocks->size(), firstPortion));
+    m_pieces = job.result;
+    m_offersMore = false;
+    m_rows = 0;
+    m_allowed = 0;
+    extend();
+    m_rows = std::min(static_cast<int>(m_pieces->countWithin(0, firstPortion)), m_allowed);
     endResetModel();
     grow();
     if (isParsed() != wasParsed)
         Q_EMIT parsedChanged();
 }
 
+void MarkdownBlocks::extend()
+{
+    const auto first = static_cast<std::size_t>(m_allowed);
+    m_allowed += static_cast<int>(m_pieces->countWithin(first, effortWithoutAsking));
+}
+
+void MarkdownBlocks::showMore()
+{
+    if (!m_offersMore)
+        return;
+    beginRemoveRows({}, m_rows, m_rows);
+    m_offersMore = false;
+    endRemoveRows();
+    extend();
+    grow();
+}
+
 void MarkdownBlocks::grow()
 {
-    if (static_cast<size_t>(m_rows) >= m_blocks->size())
-        return;
-    const auto next = [this, blocks = m_blocks] {
-        if (blocks != m_blocks)
+    if (m_rows == m_allowed) {
+        if (m_allowed == pieceCount() || m_offersMore)
             return;
-        const int missing = static_cast<int>(m_blocks->size()) - m_rows;
-        const int count = std::min(missing, portion);
+        beginInsertRows({}, m_rows, m_rows);
+        m_offersMore = true;
+        endInsertRows();
+        return;
+    }
+    const auto next = [this, pieces = m_pieces] {
+        if (pieces != m_pieces || m_rows == m_allowed)
+            return;
+        const auto first = static_cast<std::size_t>(m_rows);
+        const int count =
+            std::min(static_cast<int>(m_pieces->countWithin(first, portion)), m_allowed - m_rows);
         beginInsertRows({}, m_rows, m_rows + count - 1);
         m_rows += count;
         endInsertRows();
@@ -165,7 +208,7 @@ int MarkdownBlocks::rowCount(const QModelIndex &parent) const
 {
     if (parent.isValid())
         return 0;
-    return isParsed() ? m_rows : 1;
+    return isParsed() ? m_rows + (m_offersMore ? 1 : 0) : 1;
 }
 
 QVariant MarkdownBlocks::data(const QModelIndex &index, int role) const
@@ -174,12 +217,19 @@ QVariant MarkdownBlocks::data(const QModelIndex &index, int role) const
         return {};
     if (!isParsed())
         return role == kindRole    ? QVariant(QStringLiteral("plain"))
-               : role == plainRole ? QVariant(m_content)
+               : role == plainRole ? QVariant(m_content.left(BlockPieces::longestText))
                                    : QVariant();
-    const MarkdownBlock::Content &content = (*m_blocks)[static_cast<size_t>(index.row())].content;
+    if (isMoreRow(index.row()))
+        return role == kindRole ? QVariant(QStringLiteral("more")) : QVariant();
+    const MarkdownBlock::Content &content =
+        m_pieces->blocks()[static_cast<size_t>(index.row())].content;
     switch (role) {
     case kindRole:
-        return kind(content);
+        return m_isLiteral ? QStringLiteral("plain") : kind(content);
+    case plainRole:
+        if (const AttributedString *styled = text(content))
+            return styled->text;
+        return {};
     case levelRole:
         if (const auto *heading = std::get_if<MarkdownBlock::Heading>(&content))
             return static_cast<int>(heading->level);
@@ -189,12 +239,12 @@ QVariant MarkdownBlocks::data(const QModelIndex &index, int role) const
     case styledRole:
         if (const AttributedString *styled = text(content))
             return QVariant::fromValue(
-                BlockText(std::shared_ptr<const AttributedString>(m_blocks, styled)));
+                BlockText(std::shared_ptr<const AttributedString>(m_pieces, styled)));
         return {};
     case tableRole:
         if (const auto *table = std::get_if<MarkdownTable>(&content))
             return QVariant::fromValue(
-                BlockTable(std::shared_ptr<const MarkdownTable>(m_blocks, table)));
+                BlockTable(std::shared_ptr<const MarkdownTable>(m_pieces, table)));
         return {};
     default:
         return {};

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "Markdown/MarkdownBlock.h"
+#include "Views/BlockPieces.h"
 
 #include <QAbstractListModel>
 #include <QString>
 #include <QtQmlIntegration>
 
 #include <memory>
-#include <vector>
 
 namespace Talvo {
 
@@ -15,34 +14,48 @@ namespace Talvo {
 ///
 /// Setting `content` starts a parse on a worker thread; the blocks shown so far stay until it has
 /// ended. While there are no blocks (before the first parse has ended, or when the text has none)
-/// the list has one row of kind "plain" with the whole text as it stands. Blocks of a very long
-/// reply are added in portions, so that drawing them never holds the window up. GUI thread only.
+/// the list has one row of kind "plain" with the text as it stands, or the beginning of a very long
+/// one. Very large blocks come in pieces, and those of a very long reply are added in portions, so
+/// that drawing them never holds the window up. A reply beyond all measure ends with a row of kind
+/// "more", until more of it is asked for. GUI thread only.
 class MarkdownBlocks : public QAbstractListModel
 {
     Q_OBJECT
     QML_ELEMENT
     /// The reply as stored in the message.
     Q_PROPERTY(QString content READ content WRITE setContent NOTIFY contentChanged REQUIRED FINAL)
+    /// True for a text that is no Markdown: its pieces are of kind "plain", as it stands.
+    Q_PROPERTY(bool literal READ isLiteral WRITE setLiteral NOTIFY literalChanged FINAL)
     /// True when rows are parsed blocks, not the raw text.
     Q_PROPERTY(bool parsed READ isParsed NOTIFY parsedChanged FINAL)
 
 public:
     /// What a row tells its delegate.
     enum Role {
-        kindRole = Qt::UserRole, ///< "heading", "paragraph", "item", "table", "divider" or "plain"
-        levelRole,               ///< heading level, 1 to 6
-        markerRole, ///< what stands before an item: "•", or its number and a full stop
-        styledRole, ///< BlockText of a heading, paragraph or item
-        tableRole,  ///< BlockTable
-        plainRole,  ///< the raw text of a row of kind "plain"
+        kindRole =
+            Qt::UserRole, ///< "heading", "paragraph", "item", "table", "divider", "plain" or "more"
+        levelRole,        ///< heading level, 1 to 6
+        markerRole,       ///< what stands before an item: "•", or its number and a full stop
+        styledRole,       ///< BlockText of a heading, paragraph or item
+        tableRole,        ///< BlockTable
+        plainRole,        ///< the raw text of a row of kind "plain"
     };
+
+    /// What is drawn before more has to be asked for, and each time it is; see
+    /// BlockPieces::countWithin().
+    static constexpr qint64 effortWithoutAsking = 4'000;
 
     explicit MarkdownBlocks(QObject *parent = nullptr);
     ~MarkdownBlocks() override;
 
     [[nodiscard]] QString content() const { return m_content; }
     void setContent(const QString &content);
-    [[nodiscard]] bool isParsed() const { return !m_blocks->empty(); }
+    [[nodiscard]] bool isLiteral() const { return m_isLiteral; }
+    void setLiteral(bool isLiteral);
+    [[nodiscard]] bool isParsed() const { return !m_pieces->blocks().empty(); }
+
+    /// Goes on where the row of kind "more" stands; does nothing without one.
+    Q_INVOKABLE void showMore();
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
@@ -50,22 +63,29 @@ public:
 
 Q_SIGNALS:
     void contentChanged();
+    void literalChanged();
     void parsedChanged();
 
 private:
     struct Job;
     struct Owner;
-    using Blocks = std::vector<MarkdownBlock>;
 
     void parse();
     /// Takes a result over, unless that of a later content is shown already.
     void show(const Job &job);
     /// Lets the views know of the next portion of a long reply.
     void grow();
+    /// Allows for more to be drawn.
+    void extend();
+    [[nodiscard]] int pieceCount() const { return static_cast<int>(m_pieces->blocks().size()); }
+    [[nodiscard]] bool isMoreRow(int row) const { return isParsed() && row == m_rows; }
 
     QString m_content;
-    std::shared_ptr<const Blocks> m_blocks;
-    int m_rows = 0; ///< how many of the blocks the views know of
+    bool m_isLiteral = false;
+    std::shared_ptr<const BlockPieces> m_pieces;
+    int m_rows = 0;            ///< how many of the pieces the views know of
+    int m_allowed = 0;         ///< how many they are to know of without being asked
+    bool m_offersMore = false; ///< there is a row of kind "more" behind them
     std::shared_ptr<Owner> m_owner;
     quint64 m_started = 0;
     quint64 m_shown = 0;

@@ -1,10 +1,13 @@
 import QtQuick
 import Talvo.Views
 
-/// The text of a reply as it stands, while it has no blocks.
+/// A text as it stands: of a reply while it has no blocks, or a piece of a very long message.
 PlainMessageText {
+    id: source
+
     required property string plain
     readonly property real naturalWidth: Math.ceil(contentWidth)
 
     content: plain
+    color: (source.parent as MarkdownMessageView)?.plainColor ?? Theme.text
 }

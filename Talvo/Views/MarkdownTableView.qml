@@ -37,7 +37,7 @@ Flickable {
                 required property int index
 
                 cells: modelData
-                isHeader: index === 0
+                isHeader: index === 0 && view.table.hasHeader
             }
         }
     }

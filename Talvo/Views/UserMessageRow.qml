@@ -5,18 +5,37 @@ import Talvo.Views
 MessageRow {
     id: row
 
+    /// Qt Quick lays out a text as a whole: a very long one is drawn in pieces.
+    readonly property bool isLong: row.content.length > 20000
+
     isAssistant: false
-    contentWidth: message.contentWidth
-    contentHeight: message.height
+    contentWidth: row.isLong ? (pieces.item?.naturalWidth ?? 0) : message.contentWidth
+    contentHeight: row.isLong ? pieces.height : message.height
 
     PlainMessageText {
         id: message
 
+        visible: !row.isLong
         x: row.horizontalPadding
         y: row.verticalPadding
         width: row.maximumContentWidth
-        content: row.content
+        content: row.isLong ? "" : row.content
         color: "white"
         selectionColor: Theme.selection
+    }
+
+    Loader {
+        id: pieces
+
+        active: row.isLong
+        x: row.horizontalPadding
+        y: row.verticalPadding
+        width: row.maximumContentWidth
+
+        sourceComponent: MarkdownMessageView {
+            content: row.content
+            literal: true
+            plainColor: "white"
+        }
     }
 }

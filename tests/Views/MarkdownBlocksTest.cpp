@@ -120,6 +120,79 @@ TEST(MarkdownBlocks, KeepsTheOldBlocksUntilTheNewOnesAreThere)
     EXPECT_EQ(textOf(blocks, 0), QStringLiteral("üç"));
 }
 
+/// Lets everything be shown that is shown without being asked for.
+void waitUntilGrown(MarkdownBlocks &blocks)
+{
+    waitUntilParsed(blocks);
+    for (int before = -1; before != blocks.rowCount();) {
+        before = blocks.rowCount();
+        QCoreApplication::processEvents();
+    }
+}
+
+TEST(MarkdownBlocks, ShowsALongReplyInPortions)
+{
+    MarkdownBlocks blocks;
+    const QSignalSpy inserted(&blocks, &QAbstractItemModel::rowsInserted);
+    blocks.setContent(QStringLiteral("- a\n").repeated(1'000));
+    waitUntilGrown(blocks);
+    EXPECT_EQ(blocks.rowCount(), 1'000);
+    EXPECT_GT(inserted.count(), 1);
+    for (const QList<QVariant> &portion : inserted)
+        EXPECT_LE(portion.at(2).toInt() - portion.at(1).toInt(), 60);
+}
+
+TEST(MarkdownBlocks, OffersMoreOfAReplyBeyondAllMeasure)
+{
+    MarkdownBlocks blocks;
+    blocks.setContent(QStringLiteral("- a\n").repeated(10'000));
+    waitUntilGrown(blocks);
+    const int shown = blocks.rowCount();
+    EXPECT_LT(shown, 10'000);
+    EXPECT_EQ(kinds(blocks).last(), QStringLiteral("more"));
+    EXPECT_EQ(kinds(blocks).count(QStringLiteral("more")), 1);
+
+    blocks.showMore();
+    waitUntilGrown(blocks);
+    EXPECT_GT(blocks.rowCount(), shown);
+    EXPECT_EQ(kinds(blocks).last(), QStringLiteral("more"));
+
+    blocks.showMore();
+    waitUntilGrown(blocks);
+    EXPECT_EQ(blocks.rowCount(), 10'000);
+    EXPECT_EQ(kinds(blocks).last(), QStringLiteral("item"));
+
+    blocks.showMore();
+    EXPECT_EQ(blocks.rowCount(), 10'000) << "there is no more";
+
+    blocks.setContent(QStringLiteral("kısa"));
+    waitUntilParsed(blocks);
+    EXPECT_EQ(kinds(blocks), QStringList(QStringLiteral("paragraph")));
+}
+
+TEST(MarkdownBlocks, ShowsOnlyTheBeginningOfAnUnparsedText)
+{
+    MarkdownBlocks blocks;
+    const BusyWorkers busy;
+    blocks.setContent(QString(1'000'000, u'x'));
+    EXPECT_EQ(blocks.data(blocks.index(0), MarkdownBlocks::plainRole).toString().size(),
+              BlockPieces::longestText);
+}
+
+TEST(MarkdownBlocks, TakesALiteralTextAsItStands)
+{
+    MarkdownBlocks blocks;
+    blocks.setLiteral(true);
+    const QString line = QStringLiteral("# **x**");
+    blocks.setContent((line + u'\n').repeated(4'000) + line);
+    waitUntilGrown(blocks);
+    QStringList pieces;
+    for (int row = 0; row < blocks.rowCount(); ++row)
+        pieces.append(blocks.data(blocks.index(row), MarkdownBlocks::plainRole).toString());
+    EXPECT_EQ(pieces.join(u'\n'), blocks.content());
+    EXPECT_EQ(kinds(blocks).count(QStringLiteral("plain")), blocks.rowCount());
+}
+
 TEST(MarkdownBlocks, MayGoWhileItsParseRuns)
 {
     const BusyWorkers busy;

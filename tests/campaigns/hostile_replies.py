@@ -2,9 +2,7 @@
 
     tests/campaigns/hostile_replies.py "one million blocks"
 
-The argument is a part of a flood's name in tests/end_to_end/test_hostile_replies.py, also of those
-that the suite leaves out because they freeze the window. One at a time: the accessibility bus does
-not get over a program that was killed while it was frozen.
+The argument is a part of a flood's name in tests/end_to_end/test_hostile_replies.py.
 """
 
 import sys

@@ -87,17 +87,8 @@ FLOODS = [
     ("a code block of 10 MB", "```\n" + "kod satırı\n" * (10 * MEGABYTE // 12) + "```"),
 ]
 
-#: These freeze the window for longer than FROZEN, since Qt Quick lays out a paragraph as a whole on
-#: the main thread. tests/campaigns/hostile_replies.py sends them one at a time, and fails on them.
-FREEZING = {
-    "10 MB of one line", "10 MB of one line with blanks", "10 MB of lines", "one million blocks",
-    "one million items", "joiners", "a code block of 10 MB",
-}
-
 if "TALVO_FLOOD" in os.environ:
     FLOODS = [flood for flood in FLOODS if os.environ["TALVO_FLOOD"] in flood[0]]
-else:
-    FLOODS = [flood for flood in FLOODS if flood[0] not in FREEZING]
 
 #: In seconds: a window that does not answer for longer counts as frozen. Far above what is wanted,
 #: since a busy machine must not fail the test; the figures are what is to be looked at.

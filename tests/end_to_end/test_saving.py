@@ -277,23 +277,27 @@ class Load:
 
     def rename(self, window):
         title = f"Ad {self.operations}"
-        row = self.first_rows(window)[1]
+        row = window.wait_until(lambda: self.first_rows(window)[1:2], "a second row")[0]
         self.asked.old_ids.pop(row.get_name(), None)
         for titles in self.asked.titles.values():
             titles.add(title) # whichever conversation stands there by now
-        press(window.find(BUTTON, "Sohbeti yeniden adlandır", row)[0])
-        dialog = window.find(DIALOG, "Sohbeti Yeniden Adlandır")[0]
-        enter_text(window.find(FIELD, "Sohbet adı", dialog)[0], title)
-        press(window.find(BUTTON, "Kaydet", dialog)[0])
+        buttons = window.find(BUTTON, "Sohbeti yeniden adlandır", row)
+        if not buttons:
+            return # the list has just put another row in its place
+        press(buttons[0])
+        dialog = window.get(DIALOG, "Sohbeti Yeniden Adlandır")
+        enter_text(window.get(FIELD, "Sohbet adı", dialog), title)
+        press(window.get(BUTTON, "Kaydet", dialog))
         self.operations += 1
 
     def delete(self, window):
         if len(self.asked.deleted) >= OLD_SESSIONS // 2:
             return
         doomed = [row for row in self.first_rows(window) if row.get_name() in self.asked.old_ids]
-        if len(doomed) > 2:
+        buttons = window.find(BUTTON, "Sohbeti sil", doomed[-1]) if len(doomed) > 2 else []
+        if buttons:
             self.asked.deleted.add(self.asked.old_ids.pop(doomed[-1].get_name()))
-            press(window.find(BUTTON, "Sohbeti sil", doomed[-1])[0])
+            press(buttons[0])
             self.operations += 1
 
     @staticmethod

@@ -127,6 +127,10 @@ class Window:
         describe(self.root(), 0)
         return "\n".join(lines)
 
+    def _is_active(self):
+        return any(element.get_role() == Atspi.Role.FRAME
+                   and has_state(element, Atspi.StateType.ACTIVE) for element in self.elements())
+
     # What a user does
 
     def click(self, element):
@@ -149,7 +153,8 @@ class Window:
         _xdotool("key", "--clearmodifiers", *names)
 
     def close(self):
-        """Asks the window manager to close the window."""
+        """Asks the window manager to close the window, once that has given it the keyboard."""
+        self.wait_until(self._is_active, "an active window")
         self.key("alt+F4")
 
 

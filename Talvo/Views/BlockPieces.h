@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Markdown/MarkdownBlock.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace Talvo {
+
+/// The blocks of a message in pieces that a window can lay out one after the other without being
+/// held up: Qt Quick lays out each text as a whole, on the GUI thread.
+///
+/// Blocks of a usual size stay as they are. A text above `longestText` is cut at line ends, else
+/// between words, else between characters; what follows the first piece of a list item is a
+/// paragraph. A text with a character of hundreds of joiners or marks is cut as well, even within
+/// that character. A table with more than `largestTable` cells becomes several, of which only the
+/// first has a header. A single table cell is cut off instead.
+///
+/// Immutable once made; any thread.
+class BlockPieces
+{
+public:
+    static constexpr qsizetype longestText = 20'000; ///< in UTF-16 code units
+    static constexpr qsizetype pieceLength = 5'000;  ///< of a text that is cut, at most
+    static constexpr std::size_t largestTable = 1'500;
+
+    BlockPieces() = default;
+    explicit BlockPieces(std::vector<MarkdownBlock> blocks);
+
+    /// The pieces of a text without any markup, as paragraphs.
+    [[nodiscard]] static BlockPieces ofPlainText(const QString &text);
+
+    [[nodiscard]] const std::vector<MarkdownBlock> &blocks() const { return m_blocks; }
+
+    /// How many pieces from `first` on may be laid out for this much effort: at least one while
+    /// there are any. One is a short block, a table cell, 200 letters or two
+    /// emoji.
+    [[nodiscard]] std::size_t countWithin(std::size_t first, qint64 effort) const;
+
+    friend bool operator==(const BlockPieces &a, const BlockPieces &b)
+    {
+        return a.m_blocks == b.m_blocks;
+    }
+
+private:
+    void add(MarkdownBlock::Content content);
+    /// Of any block but a table, also one without text.
+    void addText(MarkdownBlock::Content content);
+    void addTable(const MarkdownTable &table);
+
+    std::vector<MarkdownBlock> m_blocks;
+    std::vector<qint64> m_effort; ///< of each piece and all before it
+};
+
+} // namespace Talvo
