@@ -128,13 +128,18 @@ QCoro::Task<> ChatModel::saveArchive()
     const RunningTask task(this);
     const QPointer<ChatModel> self(this);
     std::optional<QString> failure;
+    countSaves(1);
     try {
         QFuture<void> saving = m_archiveStore->save(snapshot());
         co_await saving;
     } catch (const std::exception &error) {
         failure = localizedDescription(error);
     }
-    if (self && failure) {
+    if (!self) {
+        co_return;
+    }
+    countSaves(-1);
+    if (failure) {
         setErrorMessage(failure);
     }
 }
@@ -348,6 +353,15 @@ void ChatModel::setLoadPhase(LoadPhase phase)
     m_loadPhase = phase;
     if (isLoadingArchive() != wasLoading) {
         Q_EMIT isLoadingArchiveChanged();
+    }
+}
+
+void ChatModel::countSaves(int change)
+{
+    const bool wasSaving = isSavingArchive();
+    m_savesUnderWay += change;
+    if (isSavingArchive() != wasSaving) {
+        Q_EMIT isSavingArchiveChanged();
     }
 }
 

@@ -39,6 +39,8 @@ class ChatModel : public QObject
     Q_PROPERTY(bool isAwaitingResponse READ isAwaitingResponse NOTIFY isAwaitingResponseChanged)
     /// True from the start of loadArchive() to its end.
     Q_PROPERTY(bool isLoadingArchive READ isLoadingArchive NOTIFY isLoadingArchiveChanged)
+    /// True while a save that was started has not ended.
+    Q_PROPERTY(bool isSavingArchive READ isSavingArchive NOTIFY isSavingArchiveChanged)
     /// errorMessage(), empty when there is nothing to show.
     Q_PROPERTY(QString errorMessage READ errorMessageOrEmpty NOTIFY errorMessageChanged)
     /// True when there is an error to show, even one with an empty text.
@@ -77,6 +79,7 @@ public:
     /// The reply itself is still outstanding.
     [[nodiscard]] bool isAwaitingResponse() const { return m_isAwaitingResponse; }
     [[nodiscard]] bool isLoadingArchive() const { return m_loadPhase == LoadPhase::loading; }
+    [[nodiscard]] bool isSavingArchive() const { return m_savesUnderWay > 0; }
     /// The one error text that the window shows, absent when there is nothing to show.
     [[nodiscard]] const std::optional<QString> &errorMessage() const { return m_errorMessage; }
     /// The long-term memory about the user, empty when nothing is remembered.
@@ -132,6 +135,7 @@ Q_SIGNALS:
     void isSendingChanged();
     void isAwaitingResponseChanged();
     void isLoadingArchiveChanged();
+    void isSavingArchiveChanged();
     void errorMessageChanged();
     /// memory() has changed.
     void memoryChanged();
@@ -158,6 +162,7 @@ private:
     void setIsAwaitingResponse(bool isAwaiting);
     void setMemory(const QString &memory);
     void setLoadPhase(LoadPhase phase);
+    void countSaves(int change);
     void updateCanSend();
     void announceClosedIfIdle();
 
@@ -204,6 +209,7 @@ private:
     LoadPhase m_loadPhase = LoadPhase::notStarted;
     std::vector<std::function<void()>> m_deferredOperations;
     int m_runningTasks = 0;
+    int m_savesUnderWay = 0;
 };
 
 } // namespace Talvo

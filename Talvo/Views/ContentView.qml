@@ -40,6 +40,8 @@ FocusScope {
             }
             selectedModel: contentView.model.selectedModel
             models: contentView.model.availableModels
+            isLoading: contentView.model.isLoadingArchive
+            isSaving: contentView.model.isSavingArchive
             onNewChat: contentView.model.newChat()
             onChatSelected: id => contentView.model.selectChat(id)
             onRenameChat: (id, title) => contentView.model.renameChat(id, title)

@@ -9,6 +9,8 @@ FocusScope {
     required property string selectedModel
     /// The model identifiers on offer, a list of strings.
     required property var models
+    property bool isLoading: false
+    property bool isSaving: false
 
     signal newChat
     signal chatSelected(var id)
@@ -66,6 +68,14 @@ FocusScope {
         onChatSelected: id => sidebar.chatSelected(id)
         onRenameChat: (id, title) => sidebar.renameChat(id, title)
         onDeleteChat: id => sidebar.deleteChat(id)
+    }
+
+    ArchiveActivity {
+        anchors.bottom: list.bottom
+        anchors.bottomMargin: Theme.gapSmall
+        anchors.horizontalCenter: list.horizontalCenter
+        isLoading: sidebar.isLoading
+        isSaving: sidebar.isSaving
     }
 
     SectionLabel {

@@ -81,6 +81,33 @@ TEST_F(ChatModelLoading, isCleanedSortedAndWrittenBack)
     EXPECT_EQ(saved().selectedSessionID, model->sessions()[0].id);
 }
 
+TEST_F(ChatModelLoading, aSaveIsKnownToBeUnderWayUntilItEnds)
+{
+    load();
+    ASSERT_TRUE(waitUntil([&] { return !model->isSavingArchive(); }));
+    QSignalSpy changes(model.get(), &ChatModel::isSavingArchiveChanged);
+    files->hold();
+    model->newChat();
+    model->newChat();
+    EXPECT_TRUE(model->isSavingArchive());
+    ASSERT_TRUE(waitUntil([&] { return files->waiting() == 1; }));
+    EXPECT_TRUE(model->isSavingArchive());
+    files->release();
+    ASSERT_TRUE(waitUntil([&] { return !model->isSavingArchive(); }));
+    EXPECT_EQ(changes.count(), 2);
+}
+
+TEST_F(ChatModelLoading, aSaveThatFailsIsNotUnderWayAnyMore)
+{
+    load();
+    ASSERT_TRUE(waitUntil([&] { return !model->isSavingArchive(); }));
+    files->breakWriting(PlatformFailure::diskFull);
+    model->newChat();
+    EXPECT_TRUE(model->isSavingArchive());
+    ASSERT_TRUE(waitUntil([&] { return model->errorMessage().has_value(); }));
+    EXPECT_FALSE(model->isSavingArchive());
+}
+
 TEST_F(ChatModelLoading, happensOnce)
 {
     load();
