@@ -8,6 +8,7 @@
 #include "Keychain/SessionBus.h"
 
 #include <memory>
+#include <tuple>
 
 namespace Talvo {
 
@@ -100,7 +101,7 @@ GVariantPointer SecretServiceConnection::perform(const QByteArray &promptPath)
 {
     SecretServicePrompt prompt(m_connection.get(), m_owner, promptPath);
     // No window identifier: there is none that both X11 and Wayland would understand.
-    const auto shown = call(promptPath, "Prompt", "Prompt", g_variant_new("(s)", ""), "()");
+    std::ignore = call(promptPath, "Prompt", "Prompt", g_variant_new("(s)", ""), "()");
 
     m_deadline.restart(m_bounds.prompt + m_bounds.call);
     const SecretServicePrompt::Outcome outcome = prompt.wait(m_bounds.prompt);
@@ -117,7 +118,7 @@ GVariantPointer SecretServiceConnection::perform(const QByteArray &promptPath)
         break;
     }
     // An answer given later must not unlock anything behind the user's back.
-    const auto dismissed = call(promptPath, "Prompt", "Dismiss", nullptr, "()");
+    std::ignore = call(promptPath, "Prompt", "Dismiss", nullptr, "()");
     throw SecretServiceFailure{KeychainStatuses::interactionNotAllowed};
 }
 

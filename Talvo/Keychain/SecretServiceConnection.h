@@ -6,7 +6,7 @@
 
 #include <QByteArray>
 
-using SecretService = struct _SecretService;
+using SecretService = struct _SecretService; // NOLINT(bugprone-reserved-identifier): libsecret's
 
 namespace Talvo {
 
