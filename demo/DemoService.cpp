@@ -56,7 +56,7 @@ QString memoryAfter(const QString &request)
     static const QRegularExpression name(QStringLiteral("\\b[Aa]dım (\\p{L}+)"),
                                          QRegularExpression::UseUnicodePropertiesOption);
     const auto match = parts.match(request);
-    const QString memory = match.captured(1);
+    QString memory = match.captured(1);
     const auto introduction = name.match(match.captured(2));
     if (!introduction.hasMatch()) {
         return memory;

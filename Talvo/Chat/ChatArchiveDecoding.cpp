@@ -37,7 +37,7 @@ T valueOf(dom::element element)
 
 /// The value of a member that must have been there.
 template <class T>
-T required(std::optional<T> &&member)
+T required(std::optional<T> member)
 {
     if (!member) {
         throwNotValid();
@@ -89,7 +89,7 @@ ChatMessage messageOf(dom::element element)
             role = roleOf(value);
         }
     }
-    return {required(std::move(id)), required(std::move(role)), required(std::move(content))};
+    return {required(id), required(role), required(std::move(content))};
 }
 
 ChatMessageList messagesOf(dom::element element)
@@ -118,8 +118,8 @@ ChatSession sessionOf(dom::element element)
             updatedAt = Instant{valueOf<double>(value)};
         }
     }
-    return {required(std::move(id)), required(std::move(title)), required(std::move(messages)),
-            required(std::move(updatedAt))};
+    return {required(id), required(std::move(title)), required(std::move(messages)),
+            required(updatedAt)};
 }
 
 std::vector<ChatSession> sessionsOf(dom::element element)

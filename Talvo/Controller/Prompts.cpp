@@ -4,7 +4,7 @@ namespace Talvo::Prompts {
 
 QString system(const QString &memory)
 {
-    const auto base = QStringLiteral(
+    QString base = QStringLiteral(
         "Adın Talvo. Yardımcı bir yapay zeka asistanısın. Kullanıcıya açık, doğru ve "
         "doğal Türkçe ile yanıt ver.");
     if (memory.isEmpty()) {

@@ -43,6 +43,8 @@ public:
         return QAccessibleQuickItem::text(start, end);
     }
 
+    // What is masked is read by the interface's own general rules, on text(): past the parent
+    // class. NOLINTBEGIN(bugprone-parent-virtual-call)
     QString textBeforeOffset(int offset, QAccessible::TextBoundaryType boundary, int *start,
                              int *end) const override
     {
@@ -66,6 +68,7 @@ public:
             return QAccessibleTextInterface::textAfterOffset(offset, boundary, start, end);
         return QAccessibleQuickItem::textAfterOffset(offset, boundary, start, end);
     }
+    // NOLINTEND(bugprone-parent-virtual-call)
 
     int characterCount() const override
     {

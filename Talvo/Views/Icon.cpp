@@ -39,7 +39,7 @@ QImage cached(const QString &name, QSize size, const QColor &color)
                             .arg(color.rgba());
     if (const QImage *image = cache.object(key))
         return *image;
-    const QImage image = drawn(name, size, color);
+    QImage image = drawn(name, size, color);
     cache.insert(key, new QImage(image));
     return image;
 }

@@ -54,7 +54,7 @@ std::optional<QUrl> openableUrl(const QString &address)
 QString shownAddress(const QString &address)
 {
     const std::optional<QUrl> url = openableUrl(address);
-    const QString shown = neutralised(url ? url->toString(QUrl::FullyEncoded) : address);
+    QString shown = neutralised(url ? url->toString(QUrl::FullyEncoded) : address);
     if (shown.size() <= longestShown)
         return shown;
     return shown.first(longestShown) + QChar(u'…');
