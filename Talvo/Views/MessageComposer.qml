@@ -44,7 +44,8 @@ FocusScope {
         anchors.rightMargin: 12
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 16 + Math.max(0, (sendButton.height - composer.lineHeight - textArea.topPadding - textArea.bottomPadding) / 2)
-        height: Math.min(textArea.contentHeight, composer.maximumLines * composer.lineHeight) + textArea.topPadding + textArea.bottomPadding
+        // The content of a text that was never written has no height of a line yet.
+        height: Math.max(composer.lineHeight, Math.min(textArea.contentHeight, composer.maximumLines * composer.lineHeight)) + textArea.topPadding + textArea.bottomPadding
         contentWidth: width
         boundsBehavior: Flickable.StopAtBounds
         clip: true
@@ -70,8 +71,13 @@ FocusScope {
 
             Accessible.name: textArea.placeholderText
             Accessible.multiLine: true
-            onTextChanged: if (textArea.text !== composer.draft)
-                composer.draftEdited(textArea.text)
+            onTextChanged: {
+                if (textArea.text !== composer.draft)
+                    composer.draftEdited(textArea.text);
+                else
+                    // A text that came back is gone on with at its end.
+                    textArea.cursorPosition = textArea.length;
+            }
             // A disabled item gives up the focus; it is wanted back after the send.
             onEnabledChanged: if (textArea.enabled)
                 composer.takeFocus()

@@ -57,6 +57,44 @@ constexpr auto suckers =
 
 5 cm olmadan elle kırmak bitkiyi en az yorar; kalınlaşmışsa `45°` açıyla kes.)";
 
+constexpr auto everyConstruct = R"(# Birinci düzey
+## İkinci düzey
+### Üçüncü düzey, altıncıya kadar böyle
+
+Bir paragraf: **kalın**, *eğik*, ***ikisi birden***, ~~üstü çizili~~, `kod`, [bağlantı](https://www.tdk.gov.tr "Türk Dil Kurumu") ve çıplak adres https://sozluk.gov.tr
+İkinci satırı da var. Resmin yalnızca adı görünür: ![gün batımı](https://example.org/gun-batimi.png)
+
+- Kısa madde
+- Uzun madde, ki metni bir satıra sığmayacak kadar uzun olsun diye biraz daha uzatıldı ve işaretinin değil kendi altına sarıldı
+- **Kalın** ve `kodlu` madde
+
+1. Unu ele
+2. Mayayı ılık suda çöz
+12. Numaralar kaynakta yazıldığı gibi kalır
+
+| Dil | İlk yıl | Not |
+|:----|:-------:|-----|
+| C++ | 1985 | Sistem programlama, oyunlar, `std::vector` |
+| Python | 1991 | Veri bilimi ve **betikler** |
+| Rust | 2015 |
+
+| Pazartesi | Salı | Çarşamba | Perşembe | Cuma |
+|---|---|---|---|---|
+| mercimek | nohut | fasulye | bulgur | balık |
+
+| Yalnız başlık | satır yok |
+|---|---|
+
+---
+
+> Alıntı ve çitli kod düz metin olarak kalır:
+
+```
+for (int i = 0; i < 3; ++i)
+```
+
+Başka yazılar ve simgeler: İğdır’da ılık çay ☕, 🍅, é, עברית, العربية. HTML yorumlanmaz: <b>kalın değil</b>.)";
+
 ChatSession tomatoes()
 {
     return conversation(
@@ -109,7 +147,7 @@ ChatArchive shortConversation()
     ChatArchive archive = sampleArchive();
     archive.sessions.insert(
         archive.sessions.begin(),
-        conversation(QStringLiteral("Akşam yemeği fikri"), minute,
+        conversation(QStringLiteral("Akşam yemeği fikri"), 2 * minute,
                      {assistantSays("Yeni sohbet hazır. Ne hakkında konuşalım?"),
                       userSays("Dolapta kabak, yoğurt ve dereotu var. Ne yapabilirim?"),
                       assistantSays("**Kabak mücveri** tam sana göre: kabakları rendele, suyunu "
@@ -119,11 +157,14 @@ ChatArchive shortConversation()
     return archive;
 }
 
-ChatArchive noConversation()
+ChatArchive everyMarkdownConstruct()
 {
     ChatArchive archive = sampleArchive();
-    archive.sessions.clear();
-    archive.selectedSessionID.reset();
+    archive.sessions.insert(archive.sessions.begin(),
+                            conversation(QStringLiteral("Bütün biçimler"), 2 * minute,
+                                         {userSays("**Bu** yazı\n- olduğu gibi\n- kalır"),
+                                          assistantSays(everyConstruct)}));
+    archive.selectedSessionID = archive.sessions.front().id;
     return archive;
 }
 

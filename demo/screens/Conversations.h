@@ -8,10 +8,11 @@ namespace Talvo {
 /// the window, with short and long messages of both sides.
 [[nodiscard]] ChatArchive longConversation();
 
-/// An archive whose selected conversation is a question without an answer yet.
+/// An archive whose selected conversation is short enough to be seen whole.
 [[nodiscard]] ChatArchive shortConversation();
 
-/// An archive that holds a memory and no conversation.
-[[nodiscard]] ChatArchive noConversation();
+/// An archive whose selected conversation shows every construct of Markdown that is drawn, and what
+/// is not drawn as one.
+[[nodiscard]] ChatArchive everyMarkdownConstruct();
 
 } // namespace Talvo

@@ -1,6 +1,5 @@
 #include "demo/screens/Scene.h"
 
-#include "demo/SampleArchive.h"
 #include "demo/screens/Conversations.h"
 
 namespace Talvo {
@@ -10,7 +9,7 @@ namespace {
 constexpr QSize usual{980, 700};
 constexpr QSize smallest{760, 520};
 constexpr QSize wide{1920, 1080};
-/// Room for the whole tour through Markdown.
+/// Room for a whole reply with every construct of Markdown.
 constexpr QSize tall{980, 1340};
 
 const QString storedKey = QStringLiteral("gsk_ornek0anahtar0yalnizca0resim0icin0");
@@ -64,6 +63,19 @@ void writeLongDraft(Stage &stage)
         "Pazar listesi:\n- kabak\n- dereotu\n- süzme yoğurt\n- yumurta\n- taze soğan\n- nane"));
 }
 
+void deleteOnlyChat(Stage &stage)
+{
+    stage.click(QStringLiteral("Sohbeti sil"));
+    stage.waitUntil([&] { return !stage.model().selectedChatID(); }, "the deletion");
+}
+
+void openModels(Stage &stage)
+{
+    stage.open(QStringLiteral("Groq modeli"));
+    stage.waitUntil([&] { return stage.shows(ChatModel::availableModels().constLast()); },
+                    "the list of models");
+}
+
 void rename(Stage &stage)
 {
     stage.click(QStringLiteral("Sohbeti yeniden adlandır"));
@@ -106,14 +118,15 @@ std::vector<Scene> allScenes()
 {
     const QByteArray longRefusal =
         QByteArray("Bu model için dakikadaki istek sınırına ulaşıldı: sınır 30, kullanılan 30. ")
-            .repeated(12);
+            .repeated(24);
     return {
         {QStringLiteral("first-start"), 1, {}, {}},
         {QStringLiteral("conversation"), 1, conversationOf(longConversation()), {}},
-        {QStringLiteral("markdown"), 1, conversationOf(sampleArchive(), tall), {}},
+        {QStringLiteral("markdown"), 1, conversationOf(everyMarkdownConstruct(), tall), {}},
         {QStringLiteral("thinking"), 1, waitingForEver(), think},
         {QStringLiteral("long-draft"), 1, conversationOf(shortConversation()), writeLongDraft},
-        {QStringLiteral("empty"), 1, conversationOf(noConversation()), {}},
+        {QStringLiteral("empty"), 1, {}, deleteOnlyChat},
+        {QStringLiteral("model-choice"), 1, conversationOf(shortConversation()), openModels},
         {QStringLiteral("rename"), 1, conversationOf(longConversation()), rename},
         {QStringLiteral("error"), 1, withoutKey(), fail},
         {QStringLiteral("error-long"), 1, refusing(longRefusal), fail},

@@ -159,6 +159,12 @@ void Stage::click(const QString &name) const
     QMetaObject::invokeMethod(waitForItem("QQuickAbstractButton", name), "clicked");
 }
 
+void Stage::open(const QString &name) const
+{
+    auto *popup = waitForItem("QQuickComboBox", name)->property("popup").value<QObject *>();
+    QMetaObject::invokeMethod(popup, "open");
+}
+
 void Stage::enter(const QString &name, const QString &text) const
 {
     waitForItem("QQuickTextInput", name)->setProperty("text", text);

@@ -47,6 +47,8 @@ public:
     void waitUntil(const std::function<bool()> &condition, const char *what) const;
     /// Clicks the first visible button with this name for assistive technology.
     void click(const QString &name) const;
+    /// Opens the first visible choice with this name for assistive technology.
+    void open(const QString &name) const;
     /// Types into the first visible field with this name for assistive technology.
     void enter(const QString &name, const QString &text) const;
     /// True when a text is to be read somewhere in the window.

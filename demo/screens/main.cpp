@@ -13,6 +13,7 @@
 
 #include <cstdio>
 #include <stdexcept>
+#include <string>
 
 Q_IMPORT_QML_PLUGIN(Talvo_ViewsPlugin)
 
@@ -20,16 +21,15 @@ using namespace Talvo;
 
 namespace {
 
-/// Two screens side by side, one of them with two device pixels per pixel.
+/// Two screens side by side; screenScales gives the right one two device pixels per pixel.
 constexpr auto screenConfiguration = R"({
     "windowFrameMargins": false,
     "screens": [
-        {"name": "usual", "x": 0, "y": 0, "width": 2560, "height": 1600,
-         "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1},
-        {"name": "double", "x": 4000, "y": 0, "width": 2560, "height": 1600,
-         "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 2}
+        {"name": "usual", "x": 0, "y": 0, "width": 3000, "height": 3000},
+        {"name": "double", "x": 3000, "y": 0, "width": 3000, "height": 3000}
     ]
 })";
+constexpr auto screenScales = "usual=1;double=2";
 
 /// The same pictures wherever they are taken: no desktop has a say in them.
 void leaveDesktop(const QString &screens)
@@ -37,7 +37,8 @@ void leaveDesktop(const QString &screens)
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screens.toUtf8());
     qputenv("QT_QUICK_BACKEND", "software");
     qputenv("DBUS_SESSION_BUS_ADDRESS", "");
-    for (const char *name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI"}) {
+    qputenv("QT_SCREEN_SCALE_FACTORS", screenScales);
+    for (const char *name : {"QT_SCALE_FACTOR", "QT_FONT_DPI"}) {
         qunsetenv(name);
     }
     QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
@@ -65,7 +66,9 @@ void takePicture(const Scene &scene, bool isDark, const QDir &folder)
     }
     const QImage picture = stage.picture();
     if (picture.size() != setting.size * scene.scale) {
-        throw std::runtime_error("the picture has another size than the window");
+        throw std::runtime_error(
+            "the picture has another size than the window: " + std::to_string(picture.width()) +
+            " by " + std::to_string(picture.height()));
     }
     const QString name =
         scene.name + (isDark ? QStringLiteral("-dark.png") : QStringLiteral("-light.png"));
