@@ -157,6 +157,13 @@ ChatArchive shortConversation()
     return archive;
 }
 
+ChatArchive weekendPlan()
+{
+    ChatArchive archive = sampleArchive();
+    archive.selectedSessionID = archive.sessions.at(1).id;
+    return archive;
+}
+
 ChatArchive everyMarkdownConstruct()
 {
     ChatArchive archive = sampleArchive();

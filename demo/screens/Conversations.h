@@ -11,6 +11,9 @@ namespace Talvo {
 /// An archive whose selected conversation is short enough to be seen whole.
 [[nodiscard]] ChatArchive shortConversation();
 
+/// The demo's archive with the plan for a weekend selected: headings, items and a table.
+[[nodiscard]] ChatArchive weekendPlan();
+
 /// An archive whose selected conversation shows every construct of Markdown that is drawn, and what
 /// is not drawn as one.
 [[nodiscard]] ChatArchive everyMarkdownConstruct();

@@ -122,6 +122,7 @@ std::vector<Scene> allScenes()
     return {
         {QStringLiteral("first-start"), 1, {}, {}},
         {QStringLiteral("conversation"), 1, conversationOf(longConversation()), {}},
+        {QStringLiteral("plan"), 1, conversationOf(weekendPlan()), {}},
         {QStringLiteral("markdown"), 1, conversationOf(everyMarkdownConstruct(), tall), {}},
         {QStringLiteral("thinking"), 1, waitingForEver(), think},
         {QStringLiteral("long-draft"), 1, conversationOf(shortConversation()), writeLongDraft},
