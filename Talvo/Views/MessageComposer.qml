@@ -44,9 +44,10 @@ FocusScope {
         anchors.rightMargin: 12
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 16 + Math.max(0, (sendButton.height - composer.lineHeight - textArea.topPadding - textArea.bottomPadding) / 2)
-        // The content of a text that was never written has no height of a line yet.
-        height: Math.max(composer.lineHeight, Math.min(textArea.contentHeight, composer.maximumLines * composer.lineHeight)) + textArea.topPadding + textArea.bottomPadding
+        height: Math.min(textArea.contentHeight, composer.maximumLines * composer.lineHeight) + textArea.topPadding + textArea.bottomPadding
         contentWidth: width
+        // Said here because the text area tells its height only once something was written.
+        contentHeight: textArea.contentHeight + textArea.topPadding + textArea.bottomPadding
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         T.ScrollBar.vertical: ScrollBarV {
