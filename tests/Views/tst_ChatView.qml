@@ -94,13 +94,11 @@ Item {
             verify(thinkingRow(chat).visible);
             verify(!area(chat).enabled);
             compare(area(chat).text, "");
-
             fixture.answer(0, "İyiyim.");
             tryVerify(() => !thinkingRow(chat).visible);
             compare(fixture.messages()[4], "İyiyim.");
             tryVerify(() => fixture.requestCount() === 2);
             verify(!area(chat).enabled, "the memory request still belongs to the send");
-
             fixture.answer(1, "- Nazik");
             tryVerify(() => area(chat).enabled);
             tryVerify(() => area(chat).activeFocus);

@@ -13,13 +13,12 @@ Item {
         id: sceneryComponent
 
         Item {
+            id: scenery
             property alias fixture: chats
             property alias column: rows
             property alias footer: foot
             property int replacements: 0
             property int additions: 0
-
-            id: scenery
 
             anchors.fill: parent
 

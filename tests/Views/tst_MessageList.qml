@@ -151,7 +151,8 @@ Item {
             list.width = data.width;
             settle(list);
             const margin = (data.width - data.column) / 2 + 24;
-            const [assistant, user] = rows(list);
+            const assistant = rows(list)[0];
+            const user = rows(list)[1];
             compare(avatar(assistant).mapToItem(list, 0, 0).x, margin);
             compare(avatar(user).mapToItem(list, 30, 0).x, data.width - margin);
             tryVerify(() => bubble(assistant).width > data.column / 2);

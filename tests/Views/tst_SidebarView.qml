@@ -58,9 +58,9 @@ Item {
             const scenery = createTemporaryObject(sceneryComponent, scene);
             fixture = scenery.fixture;
             fixture.load(titles.map(title => ({
-                        "title": title,
-                        "messages": ["Merhaba"]
-                    })));
+                                "title": title,
+                                "messages": ["Merhaba"]
+                            })));
             Probe.find(scenery, "SessionList")[0].forceLayout();
             return scenery.sidebar;
         }
