@@ -104,6 +104,22 @@ Item {
             tryVerify(() => area(chat).activeFocus);
         }
 
+        function test_aReplyIsAnnouncedWithoutItsMarkup() {
+            const chat = make();
+            const announcement = Probe.find(chat, "Talvo::ReplyAnnouncement")[0];
+            verify(!announcement.visible);
+            send(chat, "Nasılsın?");
+            fixture.answer(0, "# Başlık\n\nBir *vurgulu* söz.\n\n- ilk");
+            tryVerify(() => announcement.visible);
+            compare(Probe.name(announcement), "Başlık Bir vurgulu söz. ilk");
+            compare(Probe.role(announcement), Accessible.Notification);
+            tryVerify(() => fixture.requestCount() === 2);
+            fixture.answer(1, "-");
+            tryVerify(() => !fixture.model.isSending);
+            fixture.model.selectChat(fixture.idAt(1));
+            verify(!announcement.visible, "it is over with another conversation");
+        }
+
         function test_aFailureEndsTheWaitAndGivesTheTextBack() {
             const chat = make();
             send(chat, "Nasılsın?");

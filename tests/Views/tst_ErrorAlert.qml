@@ -39,6 +39,7 @@ Item {
             compare(Probe.role(alert.contentItem.parent), Accessible.Dialog);
             compare(label(alert).text, "Sunucu <b>yok</b>.");
             compare(label(alert).textFormat, Text.PlainText);
+            compare(Probe.description(alert.contentItem.parent), "Sunucu <b>yok</b>.");
             compare(Probe.texts(alert.contentItem.parent), "Bir sorun oluştu|Sunucu <b>yok</b>.");
         }
 
@@ -80,6 +81,7 @@ Item {
             const alert = opened("Birinci");
             alert.message = "İkinci";
             compare(label(alert).text, "İkinci");
+            compare(Probe.description(alert.contentItem.parent), "İkinci");
         }
 
         function test_theTextStaysWhileTheAlertFadesOut() {
