@@ -2,8 +2,6 @@
 
 #include "Markdown/MarkdownTitle.h"
 
-#include <QAccessible>
-
 namespace Talvo {
 
 namespace {
@@ -44,9 +42,6 @@ void ReplyAnnouncement::setController(ChatModel *controller)
 
 void ReplyAnnouncement::announce(const QString &reply)
 {
-    if (!QAccessible::isActive()) {
-        return;
-    }
     end();
     m_text = visibleMarkdownText(reply).value_or(reply);
     Q_EMIT textChanged();
