@@ -90,6 +90,14 @@ Item {
             compare(Probe.name(row), title);
         }
 
+        function test_theHeightIsRightFromTheBeginning() {
+            const row = make();
+            const height = row.height;
+            verify(height > 2 * Theme.caption.pixelSize);
+            waitForRendering(row);
+            compare(row.height, height);
+        }
+
         function test_clickChooses() {
             const row = make();
             mouseClick(row, 20, 20);

@@ -61,6 +61,10 @@ Item {
             const scenery = createTemporaryObject(sceneryComponent, scene);
             fixture = scenery.fixture;
             fixture.waitForLoad();
+            // What is clicked at has to lie where it will be drawn.
+            const sidebar = Probe.find(scenery, "SidebarView")[0];
+            tryVerify(() => sidebar.width === 250 && sidebar.height === scene.height);
+            Probe.find(scenery, "SessionList")[0].forceLayout();
             return scenery.content;
         }
 
@@ -138,6 +142,7 @@ Item {
             const content = make();
             mouseClick(see("SidebarButton", "Yeni Sohbet"));
             tryVerify(() => rows(content).length === 2);
+            Probe.find(content, "SessionList")[0].forceLayout();
             mouseClick(rows(content)[1], 20, 20);
             tryVerify(() => rows(content)[1].isSelected);
             rows(content)[1].rename("  **Tarifler** ");
