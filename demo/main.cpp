@@ -2,6 +2,7 @@
 #include "Chat/ChatArchiveCoding.h"
 #include "demo/DemoService.h"
 #include "demo/SampleArchive.h"
+#include "demo/TemporaryFileManager.h"
 #include "support/InMemoryItemOperations.h"
 
 #include <QFile>
@@ -14,21 +15,6 @@
 using namespace Talvo;
 
 namespace {
-
-/// Everything is below one temporary folder, which goes with the demo.
-class TemporaryFileManager : public FileManager
-{
-public:
-    explicit TemporaryFileManager(QString directory)
-        : m_directory(std::move(directory))
-    {
-    }
-
-    [[nodiscard]] QString applicationSupportDirectory() const override { return m_directory; }
-
-private:
-    const QString m_directory;
-};
 
 AppServices demoServices(const std::shared_ptr<FileManager> &fileManager,
                          const LoopbackService &service)

@@ -37,14 +37,17 @@ T.ItemDelegate {
     onClicked: row.chosen()
 
     contentItem: Item {
-        Column {
+        // No positioners: they would know their sizes, and so the row's, only when a frame is made.
+        Item {
             id: texts
 
             anchors.verticalCenter: parent.verticalCenter
             width: buttons.x - 8
-            spacing: 3
+            implicitHeight: titleLabel.implicitHeight + 3 + updatedLabel.implicitHeight
 
             PlainLabel {
+                id: titleLabel
+
                 width: parent.width
                 text: row.title
                 maximumLineCount: 1
@@ -52,6 +55,9 @@ T.ItemDelegate {
             }
 
             PlainLabel {
+                id: updatedLabel
+
+                anchors.bottom: parent.bottom
                 width: parent.width
                 text: row.updatedText
                 font: Theme.caption
@@ -60,11 +66,13 @@ T.ItemDelegate {
             }
         }
 
-        Row {
+        Item {
             id: buttons
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
+            width: renameButton.width + deleteButton.width
+            height: renameButton.height
             opacity: row.hovered || row.isSelected || renameButton.visualFocus || deleteButton.visualFocus ? 1 : 0.45
 
             IconButton {
@@ -82,6 +90,7 @@ T.ItemDelegate {
             IconButton {
                 id: deleteButton
 
+                anchors.right: parent.right
                 iconName: "bin"
                 iconSize: 16
                 label: "Sohbeti sil"

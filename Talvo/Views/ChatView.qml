@@ -60,6 +60,14 @@ FocusScope {
         onPageRequested: pages => messageList.scrollByPages(pages)
     }
 
+    ReplyAnnouncement {
+        id: announcement
+
+        controller: chatView.model
+        Accessible.role: Accessible.Notification
+        Accessible.name: announcement.text
+    }
+
     Connections {
         target: chatView.model
 

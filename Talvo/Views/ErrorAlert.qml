@@ -11,6 +11,7 @@ ModalPanel {
     property string shownMessage
 
     title: "Bir sorun oluştu"
+    description: alert.shownMessage
     defaultButton: okButton
     onMessageChanged: if (alert.message !== "")
         alert.shownMessage = alert.message

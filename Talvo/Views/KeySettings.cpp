@@ -34,7 +34,13 @@ bool KeySettings::canSave() const
 void KeySettings::load()
 {
     await(QtConcurrent::run([keychain = m_keychain] { return keychain.read(); }),
-          [this](const std::optional<QString> &key) { setApiKey(key.value_or(QString())); });
+          [this](const std::optional<QString> &key) {
+              // A keychain that asks for its password takes a while: what was typed meanwhile
+              // stays.
+              if (m_apiKey.isEmpty()) {
+                  setApiKey(key.value_or(QString()));
+              }
+          });
 }
 
 void KeySettings::save()

@@ -47,7 +47,7 @@ public:
     [[nodiscard]] bool canDelete() const { return !m_isBusy && !m_apiKey.isEmpty(); }
     [[nodiscard]] bool canSave() const;
 
-    /// Fills the field with the stored key, or empties it when there is none.
+    /// Fills the field with the stored key, if there is one and nothing was typed meanwhile.
     Q_INVOKABLE void load();
     /// Stores the trimmed text of the field; the field keeps its text.
     Q_INVOKABLE void save();

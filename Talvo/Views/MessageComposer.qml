@@ -46,6 +46,8 @@ FocusScope {
         anchors.bottomMargin: 16 + Math.max(0, (sendButton.height - composer.lineHeight - textArea.topPadding - textArea.bottomPadding) / 2)
         height: Math.min(textArea.contentHeight, composer.maximumLines * composer.lineHeight) + textArea.topPadding + textArea.bottomPadding
         contentWidth: width
+        // Said here because the text area tells its height only once something was written.
+        contentHeight: textArea.contentHeight + textArea.topPadding + textArea.bottomPadding
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         T.ScrollBar.vertical: ScrollBarV {
@@ -70,8 +72,13 @@ FocusScope {
 
             Accessible.name: textArea.placeholderText
             Accessible.multiLine: true
-            onTextChanged: if (textArea.text !== composer.draft)
-                composer.draftEdited(textArea.text)
+            onTextChanged: {
+                if (textArea.text !== composer.draft)
+                    composer.draftEdited(textArea.text);
+                else
+                    // A text that came back is gone on with at its end.
+                    textArea.cursorPosition = textArea.length;
+            }
             // A disabled item gives up the focus; it is wanted back after the send.
             onEnabledChanged: if (textArea.enabled)
                 composer.takeFocus()

@@ -12,6 +12,8 @@ T.Dialog {
     /// Clicked by Return and Enter unless the focused control takes them.
     property T.AbstractButton defaultButton: null
     property bool showsTitle: true
+    /// What assistive technology says beside the title when the panel opens or this changes.
+    property string description: ""
 
     property Item focusBefore: null
 
@@ -24,6 +26,7 @@ T.Dialog {
     onAboutToShow: {
         panel.focusBefore = panel.parent ? panel.parent.Window.activeFocusItem : null;
         panel.contentItem.parent.Accessible.name = panel.title;
+        panel.contentItem.parent.Accessible.description = Qt.binding(() => panel.description);
     }
     onClosed: if (panel.focusBefore)
         panel.focusBefore.forceActiveFocus(Qt.PopupFocusReason)

@@ -27,7 +27,7 @@ FocusScope {
     PlainLabel {
         id: nameLabel
 
-        x: Theme.gap + 8
+        x: Theme.gap + 10
         y: Theme.gap + 4
         text: "Talvo"
         font: Theme.title2

@@ -89,6 +89,12 @@ QString Probe::name(QQuickItem *item) const
     return interface ? interface->text(QAccessible::Name) : QString();
 }
 
+QString Probe::description(QQuickItem *item) const
+{
+    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
+    return interface ? interface->text(QAccessible::Description) : QString();
+}
+
 int Probe::role(QQuickItem *item) const
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);

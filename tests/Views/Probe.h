@@ -25,6 +25,7 @@ public:
 
     /// What assistive technology is told of an item.
     Q_INVOKABLE QString name(QQuickItem *item) const;
+    Q_INVOKABLE QString description(QQuickItem *item) const;
     Q_INVOKABLE int role(QQuickItem *item) const;
     /// Content of the Text interface; line and paragraph separators as line feeds.
     Q_INVOKABLE QString text(QQuickItem *item) const;

@@ -1,3 +1,4 @@
+#include "ChatFixture.h"
 #include "Probe.h"
 #include "Views/AccessibleEditor.h"
 
@@ -22,6 +23,7 @@ public Q_SLOTS:
         // Every file has an engine of its own.
         qmlRegisterSingletonType<Probe>("Talvo.Tests", 1, 0, "Probe",
                                         [](QQmlEngine *, QJSEngine *) { return new Probe; });
+        qmlRegisterType<Talvo::Testing::ChatFixture>("Talvo.Tests", 1, 0, "ChatFixture");
     }
 };
 

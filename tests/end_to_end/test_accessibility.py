@@ -111,6 +111,28 @@ class Accessibility(Scenario):
         self.assertEqual(as_read(), expected, "the order of reading")
         self.close()
 
+    def test_a_reply_is_announced(self):
+        self.desktop.store_secret(KEY)
+        self.service.answer(REPLY, "# Başlık\n\nBir *vurgulu* söz.")
+        window = self.first_window()
+        with window.announcements() as announced:
+            enter_text(self.composer(), "Nasılsın?")
+            press(window.get(BUTTON, "Mesajı gönder"))
+            expected = (Atspi.Role.NOTIFICATION, "Başlık Bir vurgulu söz.", "")
+            window.wait_until(lambda: expected in announced, "the announcement of the reply")
+        self.assertEqual(announced.count(expected), 1)
+        self.close()
+
+    def test_an_error_is_announced(self):
+        window = self.first_window()
+        with window.announcements() as announced:
+            enter_text(self.composer(), "Nasılsın?")
+            press(window.get(BUTTON, "Mesajı gönder"))
+            expected = (Atspi.Role.DIALOG, "Bir sorun oluştu",
+                        "Önce Ayarlar’dan Groq API anahtarını kaydet.")
+            window.wait_until(lambda: expected in announced, "the announcement of the error")
+        self.close()
+
     def test_an_error_is_a_dialog_that_can_be_dismissed(self):
         self.desktop.store_secret(KEY)
         self.service.refuse(REPLY, 401, "Anahtar geçersiz.")

@@ -1,6 +1,7 @@
 """Talvo's window as assistive technology sees it (AT-SPI), and the user's keyboard and pointer."""
 
 import subprocess
+from contextlib import contextmanager
 
 import gi
 
@@ -16,6 +17,7 @@ FIELD = {Atspi.Role.ENTRY, Atspi.Role.TEXT, Atspi.Role.PASSWORD_TEXT}
 PASSWORD_FIELD = {Atspi.Role.PASSWORD_TEXT}
 ROW = {Atspi.Role.LIST_ITEM}
 DIALOG = {Atspi.Role.DIALOG, Atspi.Role.ALERT}
+SPOKEN = {Atspi.Role.NOTIFICATION, *DIALOG}
 
 
 class Window:
@@ -35,6 +37,7 @@ class Window:
         def attempt():
             if self._exit_code() is not None:
                 raise AssertionError(f"Talvo ended with {self._exit_code()} instead of: {what}")
+            _deliver_events()
             try:
                 return condition()
             except GLib.Error:
@@ -130,6 +133,27 @@ class Window:
     def _is_active(self):
         return any(element.get_role() == Atspi.Role.FRAME
                    and has_state(element, Atspi.StateType.ACTIVE) for element in self.elements())
+
+    @contextmanager
+    def announcements(self):
+        """A list of what begins to show inside the block and is spoken of its own accord: role, name
+        and description of each notification and dialog, as they are when the news arrives."""
+        announced = []
+
+        def hear(event):
+            try:
+                role = event.source.get_role()
+                if event.detail1 == 1 and role in SPOKEN:
+                    announced.append((role, event.source.get_name(), event.source.get_description()))
+            except GLib.Error:
+                pass # it is gone again
+
+        listener = Atspi.EventListener.new(hear)
+        listener.register("object:state-changed:showing")
+        try:
+            yield announced
+        finally:
+            listener.deregister("object:state-changed:showing")
 
     # What a user does
 

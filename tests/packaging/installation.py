@@ -25,6 +25,8 @@ EXPECTED = {
     "share/doc/talvo/README.tr.md",
     "share/doc/talvo/CHANGELOG.md",
     "share/doc/talvo/LICENSE",
+    "share/doc/talvo/docs/screenshots/conversation-dark.png",
+    "share/doc/talvo/docs/screenshots/plan-light.png",
 }
 
 

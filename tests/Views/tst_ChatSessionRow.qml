@@ -1,0 +1,195 @@
+import QtQuick
+import QtTest
+import Talvo.Tests
+import Talvo.Views
+
+Item {
+    id: scene
+
+    width: 600
+    height: 400
+
+    Component {
+        id: rowComponent
+
+        ChatSessionRow {
+            id: row
+
+            property var renames: []
+            property int deletions: 0
+            property int choices: 0
+
+            width: 226
+            title: "Ekşi maya"
+            updatedText: "dün"
+            isSelected: false
+            onRename: newTitle => row.renames = row.renames.concat([newTitle])
+            onDeleteRequested: row.deletions++
+            onChosen: row.choices++
+        }
+    }
+
+    TestCase {
+        name: "ChatSessionRow"
+        when: windowShown
+
+        function make(properties) {
+            return createTemporaryObject(rowComponent, scene, properties || {});
+        }
+
+        function inWindow(type, name) {
+            return Probe.find(scene.Window.contentItem, type).find(item => item.visible && Probe.name(item) === name);
+        }
+
+        function openDialog(row) {
+            mouseClick(inWindow("IconButton", "Sohbeti yeniden adlandır"));
+            compare(row.isRenaming, true);
+            tryVerify(() => inWindow("Field", "Sohbet adı") !== undefined);
+            tryVerify(() => inWindow("Field", "Sohbet adı").activeFocus);
+            return inWindow("Field", "Sohbet adı");
+        }
+
+        function closed(row) {
+            tryCompare(row, "isRenaming", false);
+            tryVerify(() => inWindow("Field", "Sohbet adı") === undefined);
+        }
+
+        function test_layout() {
+            const row = make();
+            const labels = Probe.find(row, "PlainLabel");
+            compare(labels.map(label => label.text), ["Ekşi maya", "dün"]);
+            compare(labels[1].y - labels[0].y - labels[0].height, 3);
+            compare(labels[1].font.pixelSize, Theme.caption.pixelSize);
+            compare(labels[1].color, Theme.secondary);
+            const pencil = inWindow("IconButton", "Sohbeti yeniden adlandır");
+            const bin = inWindow("IconButton", "Sohbeti sil");
+            const middle = item => item.mapToItem(row, 0, item.height / 2).y;
+            fuzzyCompare(middle(pencil), row.height / 2, 1);
+            fuzzyCompare(middle(bin), row.height / 2, 1);
+            verify(pencil.mapToItem(row, 0, 0).x < bin.mapToItem(row, 0, 0).x);
+            verify(pencil.mapToItem(row, 0, 0).x - labels[0].mapToItem(row, labels[0].width, 0).x >= 8);
+        }
+
+        function test_aLongTitleIsCutToOneLine() {
+            const height = make().height;
+            const row = make({
+                    "title": "Çok uzun bir başlık\n".repeat(8)
+                });
+            const label = Probe.find(row, "PlainLabel")[0];
+            compare(label.lineCount, 1);
+            verify(label.truncated);
+            compare(row.height, height);
+        }
+
+        function test_theTitleIsNoMarkup() {
+            const title = "a <b>b</b> <img src='http://127.0.0.1/x'>";
+            const row = make({
+                    "title": title
+                });
+            compare(Probe.find(row, "PlainLabel")[0].textFormat, Text.PlainText);
+            compare(Probe.name(row), title);
+        }
+
+        function test_theHeightIsRightFromTheBeginning() {
+            const row = make();
+            const height = row.height;
+            verify(height > 2 * Theme.caption.pixelSize);
+            waitForRendering(row);
+            compare(row.height, height);
+        }
+
+        function test_clickChooses() {
+            const row = make();
+            mouseClick(row, 20, 20);
+            compare(row.choices, 1);
+            compare(row.deletions, 0);
+        }
+
+        function test_theBinAsksNothing() {
+            const row = make();
+            mouseClick(inWindow("IconButton", "Sohbeti sil"));
+            compare(row.deletions, 1);
+            compare(row.choices, 0);
+            compare(inWindow("QQuickPopupItem", ""), undefined);
+        }
+
+        function test_theDialogBeginsWithTheTitle() {
+            const row = make();
+            const field = openDialog(row);
+            compare(field.text, "Ekşi maya");
+            tryCompare(field, "selectedText", "Ekşi maya");
+            mouseClick(inWindow("PushButton", "Vazgeç"));
+            closed(row);
+        }
+
+        function test_savingPassesTheTextAsTyped_data() {
+            return [{
+                    "tag": "unchanged",
+                    "typed": "Ekşi maya"
+                }, {
+                    "tag": "empty",
+                    "typed": ""
+                }, {
+                    "tag": "blank",
+                    "typed": "   "
+                }, {
+                    "tag": "with blanks around",
+                    "typed": "  Yeni ad "
+                }, {
+                    "tag": "longer than is kept",
+                    "typed": "x".repeat(70)
+                }];
+        }
+
+        function test_savingPassesTheTextAsTyped(data) {
+            const row = make();
+            openDialog(row).text = data.typed;
+            mouseClick(inWindow("PushButton", "Kaydet"));
+            closed(row);
+            compare(row.renames, [data.typed]);
+            compare(row.title, "Ekşi maya", "the title is the controller's");
+        }
+
+        function test_callingOffCallsNothing_data() {
+            return [{
+                    "tag": "button",
+                    "key": 0
+                }, {
+                    "tag": "escape",
+                    "key": Qt.Key_Escape
+                }];
+        }
+
+        function test_callingOffCallsNothing(data) {
+            const row = make();
+            openDialog(row).text = "Başka";
+            if (data.key)
+                keyClick(data.key);
+            else
+                mouseClick(inWindow("PushButton", "Vazgeç"));
+            closed(row);
+            compare(row.renames, []);
+            compare(row.editedTitle, "Başka", "kept until the dialog opens again");
+            compare(openDialog(row).text, "Ekşi maya");
+            keyClick(Qt.Key_Escape);
+            closed(row);
+        }
+
+        function test_hasNoContextMenu() {
+            const row = make();
+            mouseClick(row, 20, 20, Qt.RightButton);
+            compare(row.choices, 0);
+            compare(Probe.find(scene.Window.contentItem, "TextMenu").length, 0);
+        }
+
+        function test_tellsAssistiveTechnologyItsTitle() {
+            const row = make({
+                    "isSelected": true
+                });
+            compare(Probe.name(row), "Ekşi maya");
+            compare(Probe.role(row), Accessible.ListItem);
+            Probe.press(row);
+            compare(row.choices, 1);
+        }
+    }
+}

@@ -1,0 +1,219 @@
+import QtQuick
+import QtTest
+import Talvo.Tests
+import Talvo.Views
+
+Item {
+    id: scene
+
+    width: 600
+    height: 400
+
+    Component {
+        id: composerComponent
+
+        MessageComposer {
+            id: composer
+
+            property int sends: 0
+            property int pages: 0
+
+            width: scene.width
+            y: scene.height - height
+            draft: ""
+            canSend: composer.draft.trim() !== "" && !composer.isSending
+            isSending: false
+            onDraftEdited: text => composer.draft = text
+            onSend: composer.sends++
+            onPageRequested: count => composer.pages += count
+        }
+    }
+
+    TestCase {
+        name: "MessageComposer"
+        when: windowShown
+
+        function make(draft) {
+            const composer = createTemporaryObject(composerComponent, scene, {
+                    "draft": draft
+                });
+            composer.takeFocus();
+            verify(area(composer).activeFocus);
+            return composer;
+        }
+
+        function area(composer) {
+            return Probe.find(composer, "QQuickTextArea")[0];
+        }
+
+        function button(composer) {
+            return Probe.find(composer, "IconButton")[0];
+        }
+
+        function lines(count) {
+            return Array.from({
+                    "length": count
+                }, (_, index) => "satır " + index).join("\n");
+        }
+
+        function test_isNamedByItsPlaceholder() {
+            const composer = make("");
+            compare(Probe.name(area(composer)), "Mesajını yaz…");
+            compare(Probe.name(button(composer)), "Mesajı gönder");
+            const placeholder = Probe.find(composer, "QQuickText").find(text => text.text === "Mesajını yaz…");
+            verify(placeholder.visible);
+            keyClick("a");
+            verify(!placeholder.visible);
+        }
+
+        function test_draftIsBoundBothWays() {
+            const composer = make("");
+            keyClick("a");
+            keyClick("b");
+            compare(composer.draft, "ab");
+            composer.draft = "başka";
+            compare(area(composer).text, "başka");
+        }
+
+        function test_textThatCameBackIsGoneOnWithAtItsEnd() {
+            const composer = make("");
+            composer.draft = "geri gelen";
+            keyClick("X");
+            compare(composer.draft, "geri gelenX");
+        }
+
+        function test_typingInTheMiddleStaysThere() {
+            const composer = make("ac");
+            area(composer).cursorPosition = 1;
+            keyClick("b");
+            keyClick("b");
+            compare(composer.draft, "abbc");
+        }
+
+        function test_returnSendsWhateverTheDraft_data() {
+            return [{
+                    "tag": "empty",
+                    "draft": ""
+                }, {
+                    "tag": "blank",
+                    "draft": "  \n "
+                }, {
+                    "tag": "text",
+                    "draft": "Merhaba"
+                }];
+        }
+
+        function test_returnSendsWhateverTheDraft(data) {
+            const composer = make(data.draft);
+            keyClick(Qt.Key_Return);
+            compare(composer.sends, 1);
+            keyClick(Qt.Key_Enter);
+            compare(composer.sends, 2);
+            compare(composer.draft, data.draft);
+        }
+
+        function test_shiftReturnBreaksTheLine() {
+            const composer = make("bir");
+            keyClick(Qt.Key_Return, Qt.ShiftModifier);
+            keyClick("i");
+            compare(composer.sends, 0);
+            compare(composer.draft, "bir\ni");
+        }
+
+        function test_buttonAndControlReturnNeedSomethingToSend_data() {
+            return [{
+                    "tag": "empty",
+                    "draft": "",
+                    "sends": 0
+                }, {
+                    "tag": "blank",
+                    "draft": " \n",
+                    "sends": 0
+                }, {
+                    "tag": "text",
+                    "draft": "Merhaba",
+                    "sends": 1
+                }];
+        }
+
+        function test_buttonAndControlReturnNeedSomethingToSend(data) {
+            const composer = make(data.draft);
+            compare(button(composer).enabled, data.sends === 1);
+            keyClick(Qt.Key_Return, Qt.ControlModifier);
+            compare(composer.sends, data.sends);
+            mouseClick(button(composer));
+            compare(composer.sends, 2 * data.sends);
+            Probe.press(button(composer));
+            compare(composer.sends, 3 * data.sends);
+        }
+
+        function test_isLockedDuringASend() {
+            const composer = make("taslak");
+            composer.isSending = true;
+            keyClick("x");
+            keyClick(Qt.Key_Return);
+            keyClick(Qt.Key_Return, Qt.ControlModifier);
+            mouseClick(button(composer));
+            compare(composer.draft, "taslak");
+            compare(composer.sends, 0);
+            verify(!area(composer).enabled);
+            composer.isSending = false;
+            verify(area(composer).activeFocus, "the focus comes back after the send");
+            keyClick("x");
+            compare(composer.draft, "taslakx");
+        }
+
+        function test_growsFromOneToSixLines() {
+            const composer = make("bir");
+            const single = composer.height;
+            const line = composer.lineHeight;
+            for (let count = 2; count <= 6; ++count) {
+                composer.draft = lines(count);
+                verify(composer.height > single, count + " lines");
+                fuzzyCompare(composer.height, 2 * 16 + count * line + 4, 1);
+            }
+            const six = composer.height;
+            composer.draft = lines(30);
+            compare(composer.height, six);
+            const field = area(composer).parent.parent;
+            verify(field.contentHeight > field.height, "the rest is scrolled to");
+        }
+
+        function test_textStandsWhereThePlaceholderStood() {
+            const composer = make("");
+            const before = area(composer).mapToItem(composer, 0, 0);
+            keyClick("a");
+            waitForRendering(scene);
+            compare(area(composer).mapToItem(composer, 0, 0).y, before.y);
+        }
+
+        function test_isPaddedAndBottomAligned() {
+            const composer = make(lines(4));
+            const send = button(composer).mapToItem(composer, 0, 0);
+            compare(composer.width - send.x - button(composer).width, 16);
+            compare(composer.height - send.y - button(composer).height, 16);
+            compare(area(composer).mapToItem(composer, 0, 0).x, 16);
+        }
+
+        function test_pageKeysAreForTheConversation() {
+            const composer = make("taslak");
+            keyClick(Qt.Key_PageUp);
+            keyClick(Qt.Key_PageUp);
+            compare(composer.pages, -2);
+            keyClick(Qt.Key_PageDown);
+            compare(composer.pages, -1);
+        }
+
+        function test_assistiveTechnologyWritesIntoTheDraft() {
+            const composer = make("");
+            verify(Probe.write(area(composer), "sesle yazıldı"));
+            compare(composer.draft, "sesle yazıldı");
+        }
+
+        function test_textIsNoMarkup() {
+            const composer = make("<b>kalın</b> <img src='http://127.0.0.1/x.png'>");
+            compare(area(composer).textFormat, TextEdit.PlainText);
+            compare(area(composer).getText(0, 12), "<b>kalın</b>");
+        }
+    }
+}

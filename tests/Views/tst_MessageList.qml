@@ -1,0 +1,223 @@
+import QtQuick
+import QtTest
+import Talvo.Tests
+import Talvo.Views
+
+Item {
+    id: scene
+
+    width: 1200
+    height: 500
+
+    Component {
+        id: sceneryComponent
+
+        Item {
+            property alias fixture: chats
+            property alias list: view
+
+            anchors.fill: parent
+
+            MessageList {
+                id: view
+
+                width: 700
+                height: parent.height
+                isSending: false
+                messages: MessageListModel {
+                    controller: chats.model
+                }
+            }
+
+            ChatFixture {
+                id: chats
+            }
+        }
+    }
+
+    TestCase {
+        name: "MessageList"
+        when: windowShown
+
+        property var fixture: null
+
+        function make(messages) {
+            const scenery = createTemporaryObject(sceneryComponent, scene);
+            fixture = scenery.fixture;
+            fixture.storeKey("gsk_deneme");
+            fixture.load([{
+                        "title": "Adı var",
+                        "messages": messages
+                    }]);
+            settle(scenery.list);
+            return scenery.list;
+        }
+
+        function settle(list) {
+            const column = Probe.find(list, "Talvo::MessageColumn")[0];
+            tryVerify(() => !isPolishScheduled(column));
+        }
+
+        function many(count) {
+            return Array.from({
+                    "length": count
+                }, (_, index) => "İleti " + index + ". " + "Söz. ".repeat(40));
+        }
+
+        function rows(list) {
+            return Probe.find(list, "AssistantMessageRow").concat(Probe.find(list, "UserMessageRow")).filter(row => row.visible).sort((one, other) => one.y - other.y);
+        }
+
+        function bubble(row) {
+            return Probe.find(row, "MarkdownMessageView").concat(Probe.find(row, "PlainMessageText"))[0].parent;
+        }
+
+        function avatar(row) {
+            return Probe.find(row, "Avatar")[0];
+        }
+
+        function isAtEnd(list) {
+            return Math.abs(list.contentY + list.height - list.endY) < 2;
+        }
+
+        function send(text) {
+            fixture.model.draft = text;
+            fixture.model.startSending();
+            tryVerify(() => fixture.requestCount() === 1);
+        }
+
+        function test_anEmptyConversationShowsNothingAndDoesNotScroll() {
+            const list = make([]);
+            compare(rows(list).length, 0);
+            compare(list.contentY, list.startY);
+            list.scrollByPages(1);
+            compare(list.contentY, list.startY);
+            list.scrollByPages(-1);
+            compare(list.contentY, list.startY);
+        }
+
+        function test_spacingAndPadding() {
+            const list = make(["Bir", "İki", "Üç"]);
+            const all = rows(list);
+            compare(all.length, 3);
+            compare(all[0].y - list.startY, 24);
+            compare(all[1].y - all[0].y - all[0].height, 14);
+            compare(all[2].y - all[1].y - all[1].height, 14);
+            compare(list.endY - all[2].y - all[2].height, 24);
+            compare(bubble(all[0]).mapToItem(list, 0, 0).x, 24 + 30 + 12);
+            compare(avatar(all[0]).mapToItem(list, 0, 0).x, 24);
+            compare(avatar(all[1]).mapToItem(list, 0, 0).x, list.width - 24 - 30);
+            compare([avatar(all[0]).width, avatar(all[0]).height], [30, 30]);
+        }
+
+        function test_theUsersTextIsNeverMarkdown() {
+            const text = "**Bu** yazı\n- olduğu gibi\n# kalır";
+            const list = make([text, text]);
+            tryVerify(() => Probe.find(rows(list)[0], "MarkdownHeading").length === 1);
+            const user = rows(list)[1];
+            compare(Probe.find(user, "MarkdownHeading").length, 0);
+            compare(Probe.text(Probe.find(user, "PlainMessageText")[0]), text);
+            compare(Probe.find(user, "PlainMessageText")[0].lineCount, 3);
+        }
+
+        function test_bubbleColours() {
+            const list = make(["Bir", "İki"]);
+            compare(bubble(rows(list)[0]).color, Theme.bubbleBot);
+            compare(bubble(rows(list)[1]).color, Theme.accent);
+            fuzzyCompare(bubble(rows(list)[0]).color.a, 0.12, 0.01);
+            compare(bubble(rows(list)[0]).radius, 14);
+            compare(Probe.find(rows(list)[1], "PlainMessageText")[0].color, "#ffffff");
+        }
+
+        function test_theColumnIsAtMost860WideAndCentred_data() {
+            return [{
+                    "tag": "narrowest",
+                    "width": 510,
+                    "column": 510
+                }, {
+                    "tag": "just",
+                    "width": 860,
+                    "column": 860
+                }, {
+                    "tag": "wide",
+                    "width": 1200,
+                    "column": 860
+                }];
+        }
+
+        function test_theColumnIsAtMost860WideAndCentred(data) {
+            const text = "Çok uzun bir söz ".repeat(30);
+            const list = make([text, text]);
+            list.width = data.width;
+            settle(list);
+            const margin = (data.width - data.column) / 2 + 24;
+            const assistant = rows(list)[0];
+            const user = rows(list)[1];
+            compare(avatar(assistant).mapToItem(list, 0, 0).x, margin);
+            compare(avatar(user).mapToItem(list, 30, 0).x, data.width - margin);
+            tryVerify(() => bubble(assistant).width > data.column / 2);
+            const right = bubble(assistant).mapToItem(list, bubble(assistant).width, 0).x;
+            verify(data.width - margin - right >= 80, "free on the right: " + (data.width - margin - right));
+            const left = bubble(user).mapToItem(list, 0, 0).x;
+            verify(left - margin >= 80, "free on the left: " + (left - margin));
+        }
+
+        function test_opensAtTheEnd() {
+            const list = make(many(300));
+            tryVerify(() => isAtEnd(list));
+            verify(rows(list).length < 40, "only rows nearby exist");
+        }
+
+        function test_followsTheMessageTheThinkingRowAndTheReply() {
+            const list = make(many(60));
+            list.contentY -= 1500;
+            send("Soru");
+            tryVerify(() => isAtEnd(list));
+            list.isSending = true;
+            tryVerify(() => isAtEnd(list));
+            const thinking = Probe.find(list, "ThinkingRow")[0];
+            tryVerify(() => thinking.mapToItem(list, 0, thinking.height).y <= list.height);
+            fixture.answer(0, "Yanıt. ".repeat(200));
+            tryVerify(() => fixture.messages().length === 62);
+            list.isSending = false;
+            tryVerify(() => isAtEnd(list));
+        }
+
+        function test_staysWhereItIsOtherwise() {
+            const list = make(many(60));
+            tryVerify(() => isAtEnd(list));
+            list.scrollByPages(-3);
+            settle(list);
+            const before = list.contentY - list.startY;
+            fixture.model.renameChat(fixture.idAt(0), "Başka ad");
+            fixture.model.draft = "taslak";
+            wait(0);
+            compare(list.contentY - list.startY, before);
+        }
+
+        function test_thinkingRowIsOneElement() {
+            const list = make(["Bir"]);
+            list.isSending = true;
+            const thinking = Probe.find(list, "ThinkingRow")[0];
+            tryCompare(thinking, "visible", true);
+            compare(Probe.name(thinking), "Talvo düşünüyor…");
+            compare(Probe.texts(thinking), "Talvo düşünüyor…");
+            const label = Probe.find(thinking, "QQuickText")[0];
+            compare(label.color, Theme.secondary);
+            list.isSending = false;
+            tryCompare(thinking, "visible", false);
+        }
+
+        function test_pagesStopAtTheEnds() {
+            const list = make(many(12));
+            for (let step = 0; step < 20; ++step)
+                list.scrollByPages(-1);
+            settle(list);
+            fuzzyCompare(list.contentY, list.startY, 1);
+            for (let step = 0; step < 20; ++step)
+                list.scrollByPages(1);
+            settle(list);
+            verify(isAtEnd(list));
+        }
+    }
+}

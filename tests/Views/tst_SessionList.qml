@@ -1,0 +1,146 @@
+import QtQuick
+import QtTest
+import Talvo.Tests
+import Talvo.Views
+
+Item {
+    id: scene
+
+    width: 300
+    height: 400
+
+    Component {
+        id: sceneryComponent
+
+        Item {
+            property alias fixture: chats
+            property alias list: view
+
+            anchors.fill: parent
+
+            SessionList {
+                id: view
+
+                property var selected: []
+
+                width: 250
+                height: parent.height
+                sessions: SessionListModel {
+                    controller: chats.model
+                }
+                onChatSelected: id => {
+                    view.selected = view.selected.concat([id]);
+                    chats.model.selectChat(id);
+                }
+            }
+
+            ChatFixture {
+                id: chats
+            }
+        }
+    }
+
+    TestCase {
+        name: "SessionList"
+        when: windowShown
+
+        property var fixture: null
+
+        function make(count) {
+            const scenery = createTemporaryObject(sceneryComponent, scene);
+            fixture = scenery.fixture;
+            const conversations = [];
+            for (let number = 1; number <= count; ++number)
+                conversations.push({
+                        "title": "Sohbet " + number,
+                        "messages": ["Merhaba"]
+                    });
+            fixture.load(conversations);
+            scenery.list.forceLayout();
+            scenery.list.forceActiveFocus();
+            return scenery.list;
+        }
+
+        function rows(list) {
+            return Probe.find(list, "ChatSessionRow").filter(row => row.visible).sort((one, other) => one.y - other.y);
+        }
+
+        function test_arrowsHomeAndEndWalk() {
+            const list = make(4);
+            keyClick(Qt.Key_Down);
+            compare(list.currentIndex, 1);
+            keyClick(Qt.Key_End);
+            compare(list.currentIndex, 3);
+            keyClick(Qt.Key_Up);
+            compare(list.currentIndex, 2);
+            keyClick(Qt.Key_Home);
+            compare(list.currentIndex, 0);
+            compare(list.selected, [1, 3, 2, 0].map(index => fixture.idAt(index)));
+        }
+
+        function test_thereIsNothingBeyondTheEnds() {
+            const list = make(2);
+            keyClick(Qt.Key_Up);
+            compare(list.selected.length, 0);
+            keyClick(Qt.Key_Down);
+            keyClick(Qt.Key_Down);
+            compare(list.selected.length, 1);
+        }
+
+        function test_theDeleteKeyDeletesNothing() {
+            const list = make(2);
+            keyClick(Qt.Key_Delete);
+            keyClick(Qt.Key_Backspace);
+            compare(fixture.titles(), ["Sohbet 1", "Sohbet 2"]);
+        }
+
+        function test_onlyTheSelectedRowIsMarked() {
+            const list = make(3);
+            keyClick(Qt.Key_Down);
+            compare(rows(list).map(row => row.isSelected), [false, true, false]);
+            compare(rows(list).map(row => row.showsFocus), [false, true, false]);
+            scene.forceActiveFocus();
+            compare(rows(list).map(row => row.showsFocus), [false, false, false]);
+        }
+
+        function test_scrollsToTheSelection() {
+            const list = make(60);
+            keyClick(Qt.Key_End);
+            tryVerify(() => list.contentY + list.height >= list.contentHeight - 1);
+            compare(rows(list).filter(row => row.isSelected).length, 1);
+        }
+
+        function test_makesOnlyTheRowsNearby() {
+            const list = make(500);
+            verify(Probe.find(list, "ChatSessionRow").length < 40);
+        }
+
+        function test_aRowKeepsItsStateWhileOthersComeAndGo() {
+            const list = make(3);
+            const row = rows(list)[1];
+            row.editedTitle = "yarım kalmış";
+            fixture.model.newChat();
+            fixture.model.deleteChat(fixture.idAt(3));
+            tryVerify(() => rows(list).length === 3);
+            compare(rows(list)[2], row);
+            compare(row.title, "Sohbet 2");
+            compare(row.editedTitle, "yarım kalmış");
+        }
+
+        function test_aRenameShowsInItsRow() {
+            const list = make(2);
+            fixture.model.renameChat(fixture.idAt(1), "Yeni ad");
+            tryVerify(() => rows(list)[1].title === "Yeni ad");
+            compare(rows(list)[0].title, "Sohbet 1");
+        }
+
+        function test_isAListForAssistiveTechnology() {
+            const list = make(2);
+            compare(Probe.role(list), Accessible.List);
+            compare(Probe.name(list), "Sohbetler");
+            compare(Probe.role(rows(list)[1]), Accessible.ListItem);
+            Probe.press(rows(list)[1]);
+            compare(list.selected, [fixture.idAt(1)]);
+        }
+    }
+}
