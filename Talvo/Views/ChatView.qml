@@ -65,7 +65,7 @@ FocusScope {
 
         controller: chatView.model
         Accessible.role: Accessible.Notification
-        Accessible.name: announcement.text
+        Accessible.name: "Yanıt: " + announcement.text
     }
 
     Connections {

@@ -111,7 +111,7 @@ Item {
             send(chat, "Nasılsın?");
             fixture.answer(0, "# Başlık\n\nBir *vurgulu* söz.\n\n- ilk");
             tryVerify(() => announcement.visible);
-            compare(Probe.name(announcement), "Başlık Bir vurgulu söz. ilk");
+            compare(Probe.name(announcement), "Yanıt: Başlık Bir vurgulu söz. ilk");
             compare(Probe.role(announcement), Accessible.Notification);
             tryVerify(() => fixture.requestCount() === 2);
             fixture.answer(1, "-");

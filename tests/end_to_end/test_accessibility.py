@@ -118,7 +118,7 @@ class Accessibility(Scenario):
         with window.announcements() as announced:
             enter_text(self.composer(), "Nasılsın?")
             press(window.get(BUTTON, "Mesajı gönder"))
-            expected = (Atspi.Role.NOTIFICATION, "Başlık Bir vurgulu söz.", "")
+            expected = (Atspi.Role.NOTIFICATION, "Yanıt: Başlık Bir vurgulu söz.", "")
             window.wait_until(lambda: expected in announced, "the announcement of the reply")
         self.assertEqual(announced.count(expected), 1)
         self.close()

@@ -10,6 +10,8 @@ import unittest
 from contextlib import contextmanager
 from pathlib import Path
 
+from gi.repository import Atspi
+
 from completion_service import MEMORY, REPLY, TITLE
 from figures import Figures, milliseconds
 from responsiveness import Responsiveness
@@ -205,7 +207,8 @@ class HostileReplies(Scenario):
                 self.window.wait_for_text(text)
                 time.sleep(0.7) # until the list has come to rest
                 element = self.window.unchanged(lambda: [
-                    element for element in self.window.elements() if element.get_name() == text
+                    element for element in self.window.elements()
+                    if element.get_role() == Atspi.Role.LABEL and element.get_name() == text
                 ])[-1]
                 self.window.click_beginning(element)
                 if expected is not None:
