@@ -130,10 +130,6 @@ class Window:
         describe(self.root(), 0)
         return "\n".join(lines)
 
-    def _is_active(self):
-        return any(element.get_role() == Atspi.Role.FRAME
-                   and has_state(element, Atspi.StateType.ACTIVE) for element in self.elements())
-
     @contextmanager
     def announcements(self):
         """A list of what begins to show inside the block and is spoken of its own accord: role, name
@@ -154,6 +150,15 @@ class Window:
             yield announced
         finally:
             listener.deregister("object:state-changed:showing")
+
+    def _managed_window(self):
+        """The identifier of the process's window, or None."""
+        listed = subprocess.run(["wmctrl", "-l", "-p"], capture_output=True, text=True, check=False)
+        for line in listed.stdout.splitlines():
+            identifier, _, process_id, *_ = line.split()
+            if int(process_id) == self._process_id:
+                return identifier
+        return None
 
     # What a user does
 
@@ -177,9 +182,10 @@ class Window:
         _xdotool("key", "--clearmodifiers", *names)
 
     def close(self):
-        """Asks the window manager to close the window, once that has given it the keyboard."""
-        self.wait_until(self._is_active, "an active window")
-        self.key("alt+F4")
+        """Asks the window manager to close the window, as a taskbar does. The keys for it may come to
+        nothing when the window manager is behind with the focus."""
+        window = self.wait_until(self._managed_window, "a window in the window manager's list")
+        subprocess.run(["wmctrl", "-i", "-c", window], check=True)
 
 
 # What assistive technology does, without keyboard and pointer
