@@ -1,29 +1,13 @@
 #include "demo/SampleArchive.h"
 
+#include "demo/SampleMessages.h"
+
 namespace Talvo {
 
 namespace {
 
 constexpr double hour = 3600;
 constexpr double day = 24 * hour;
-
-ChatMessage userSays(const char *text)
-{
-    return ChatMessage::make(ChatMessage::Role::user, text);
-}
-
-ChatMessage assistantSays(const char *text)
-{
-    return ChatMessage::make(ChatMessage::Role::assistant, text);
-}
-
-ChatSession conversation(const QString &title, double age, ChatMessageList messages)
-{
-    return {QUuid::createUuid(),
-            title,
-            std::move(messages),
-            {Instant::now().secondsSinceReference - age}};
-}
 
 constexpr auto markdownTour = R"(# Markdown turu
 

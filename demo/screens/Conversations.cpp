@@ -1,6 +1,7 @@
 #include "demo/screens/Conversations.h"
 
 #include "demo/SampleArchive.h"
+#include "demo/SampleMessages.h"
 
 #include <QStringList>
 
@@ -10,24 +11,6 @@ namespace {
 
 constexpr double minute = 60;
 constexpr double day = 24 * 60 * minute;
-
-ChatMessage userSays(const char *text)
-{
-    return ChatMessage::make(ChatMessage::Role::user, text);
-}
-
-ChatMessage assistantSays(const char *text)
-{
-    return ChatMessage::make(ChatMessage::Role::assistant, text);
-}
-
-ChatSession conversation(const QString &title, double age, ChatMessageList messages)
-{
-    return {QUuid::createUuid(),
-            title,
-            std::move(messages),
-            {Instant::now().secondsSinceReference - age}};
-}
 
 constexpr auto watering = R"(Balkonda domates için **düzen**, miktardan önemlidir:
 

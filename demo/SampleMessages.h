@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Chat/ChatSession.h"
+
+#include <utility>
+
+namespace Talvo {
+
+/// A message of the user's in a sample conversation. @param text UTF-8
+inline ChatMessage userSays(const char *text)
+{
+    return ChatMessage::make(ChatMessage::Role::user, text);
+}
+
+/// A reply in a sample conversation. @param text Markdown in UTF-8
+inline ChatMessage assistantSays(const char *text)
+{
+    return ChatMessage::make(ChatMessage::Role::assistant, text);
+}
+
+/// A sample conversation. @param age seconds since its last message
+inline ChatSession conversation(const QString &title, double age, ChatMessageList messages)
+{
+    return {QUuid::createUuid(),
+            title,
+            std::move(messages),
+            {Instant::now().secondsSinceReference - age}};
+}
+
+} // namespace Talvo
