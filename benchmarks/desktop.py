@@ -52,7 +52,7 @@ class Desktop:
             environment, "dbus-daemon", f"--config-file={configuration}", "--nofork",
             "--print-address={}")
         display = self._report_of(environment, "Xvfb", "-displayfd", "{}", "-screen", "0",
-                                  "1280x960x24", "-nolisten", "tcp")
+                                  "1280x960x24", "-nolisten", "tcp", "-noreset")
         environment["DISPLAY"] = f":{display}"
         return environment
 

@@ -13,6 +13,8 @@
 #include <QNetworkProxyFactory>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
+#include <QTextLayout>
+#include <QtConcurrentRun>
 #include <QtQml/QQmlExtensionPlugin>
 
 Q_IMPORT_QML_PLUGIN(Talvo_ViewsPlugin)
@@ -48,6 +50,18 @@ QIcon windowIcon()
                          .arg(QString::number(pixels), QStringLiteral(TALVO_APPLICATION_ID)));
     }
     return icon;
+}
+
+/// Looks up the fonts of the first frame while this thread waits for the views to be loaded:
+/// reading the system's list of fonts takes as long as drawing the window.
+[[nodiscard]] QFuture<void> warmUpFonts()
+{
+    return QtConcurrent::run([font = QGuiApplication::font()] {
+        QTextLayout layout(QStringLiteral("Talvo"), font);
+        layout.beginLayout();
+        layout.createLine();
+        layout.endLayout();
+    });
 }
 
 void raise(QQuickWindow *window)
@@ -86,6 +100,7 @@ int run(int argc, char **argv, const AppSetup &setup)
         return instance.raiseFirst() ? 0 : failureExitCode;
     }
 
+    const QFuture<void> fonts = warmUpFonts();
     AppServices services = setup.makeServices();
     ChatModel model(std::move(services.forModel));
     QObject::connect(&model, &ChatModel::closed, &application, &QGuiApplication::quit);

@@ -1,6 +1,7 @@
 #include "Platform/FileManager.h"
 
 #include "Platform/FileDescriptor.h"
+#include "Platform/LargePages.h"
 #include "Platform/SystemErrorText.h"
 #include "Platform/TemporaryFile.h"
 
@@ -75,6 +76,7 @@ QByteArray readToEnd(const FileDescriptor &file, qsizetype expectedSize, qsizety
     QByteArray content;
     // One byte more than expected lets the last read see the end without growing.
     content.reserve(expectedSize + std::max(padding, qsizetype{1}));
+    preferLargePages(content.data(), static_cast<std::size_t>(content.capacity()));
     while (true) {
         const qsizetype filled = content.size();
         const qsizetype room = content.capacity() - filled;

@@ -306,6 +306,19 @@ TEST(ChatArchiveDecoding, readsVeryManySessions)
     EXPECT_EQ(decoded(encodeArchive(archive)), archive);
 }
 
+TEST(ChatArchiveDecoding, refusesOneBrokenSessionAmongMany)
+{
+    for (const int broken : {0, 1, 500, 999}) {
+        QByteArray sessions;
+        for (int i = 0; i < 1000; ++i) {
+            sessions += i == 0 ? "" : ",";
+            sessions += R"({"id":"7C9E6679-7425-40DE-944B-E07FC1F90AE7","messages":[],"title":"",)";
+            sessions += i == broken ? R"("updatedAt":"yesterday"})" : R"("updatedAt":1})";
+        }
+        EXPECT_FALSE(decoded(archiveWith(R"("sessions":[)" + sessions + "]"))) << broken;
+    }
+}
+
 TEST(ChatArchiveDecoding, leavesTheCallersBytesAlone)
 {
     const QByteArray document = encodeArchive(sampleArchive());
