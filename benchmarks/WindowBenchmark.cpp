@@ -2,7 +2,8 @@
 //
 //   WindowBenchmark open | fling | sidebar | send
 //
-// Prints the milliseconds of each measurement as JSON.
+// Prints the milliseconds of each measurement as JSON. Draws with the software renderer, or with what
+// QSG_RHI_BACKEND says: opengl.
 
 #include "support/FolderFileManager.h"
 #include "support/LocalService.h"
@@ -287,7 +288,9 @@ QJsonObject measured(const QString &mode)
 
 int main(int argc, char **argv)
 {
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    if (!qEnvironmentVariableIsSet("QSG_RHI_BACKEND")) {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
     QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const QJsonObject result = measured(QCoreApplication::arguments().value(1));
