@@ -13,9 +13,13 @@
 #include <QNetworkProxyFactory>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QTextLayout>
 #include <QtConcurrentRun>
 #include <QtQml/QQmlExtensionPlugin>
+
+#include <algorithm>
+#include <cmath>
 
 Q_IMPORT_QML_PLUGIN(Talvo_ViewsPlugin)
 
@@ -25,16 +29,28 @@ namespace {
 
 constexpr int failureExitCode = 1;
 
+bool hasGraphicsCard()
+{
+    const QDir devices(QStringLiteral("/dev/dri"));
+    return !devices.entryList({QStringLiteral("renderD*")}, QDir::System | QDir::Files).isEmpty();
+}
+
+bool hasFractionalScale(const QScreen *screen)
+{
+    return screen->devicePixelRatio() != std::round(screen->devicePixelRatio());
+}
+
 /// Without a graphics card the software renderer starts several times faster than an emulated one
-/// and saves its memory. A choice in the environment stands.
+/// and saves its memory. With a scale of 1.25, say, it cuts off a part of letters and rounded
+/// edges: there the emulated one it is. A choice in the environment stands. After the application
+/// has been made, before the first window.
 void chooseRenderer()
 {
 #ifdef Q_OS_LINUX
-    const QDir devices(QStringLiteral("/dev/dri"));
-    const bool hasGraphicsCard =
-        !devices.entryList({QStringLiteral("renderD*")}, QDir::System | QDir::Files).isEmpty();
-    if (!hasGraphicsCard && !qEnvironmentVariableIsSet("QT_QUICK_BACKEND") &&
-        !qEnvironmentVariableIsSet("QSG_RHI_BACKEND")) {
+    const bool isChosen = qEnvironmentVariableIsSet("QT_QUICK_BACKEND") ||
+                          qEnvironmentVariableIsSet("QSG_RHI_BACKEND");
+    if (!isChosen && !hasGraphicsCard() &&
+        std::ranges::none_of(QGuiApplication::screens(), hasFractionalScale)) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }
 #endif
@@ -84,8 +100,8 @@ AppSetup defaultSetup()
 int run(int argc, char **argv, const AppSetup &setup)
 {
     refuseCoreDumps();
-    chooseRenderer();
     QGuiApplication application(argc, argv);
+    chooseRenderer();
     QGuiApplication::setApplicationName(QStringLiteral("talvo"));
     QGuiApplication::setApplicationDisplayName(QString());
     QGuiApplication::setDesktopFileName(QStringLiteral(TALVO_APPLICATION_ID));
