@@ -4,7 +4,7 @@
 //
 // Prints the milliseconds of each measurement as JSON.
 
-#include "support/FolderFileManager.h"
+#include "standins/FolderFileManager.h"
 #include "support/LocalService.h"
 #include "support/SampleData.h"
 #include "support/TestWindow.h"

@@ -21,8 +21,8 @@ namespace Talvo {
 class BlockPieces
 {
 public:
-    static constexpr qsizetype longestText = 20'000; ///< in UTF-16 code units
-    static constexpr qsizetype pieceLength = 5'000;  ///< of a text that is cut, at most
+    static constexpr qsizetype longestText = 20'000;   ///< in UTF-16 code units
+    static constexpr qsizetype pieceLength = 5'000;    ///< of a text that is cut, at most
     static constexpr std::size_t largestTable = 1'500; ///< in cells
 
     BlockPieces() = default;

@@ -1,5 +1,7 @@
 #include "Views/MessageColumn.h"
 
+#include "Views/FollowedObject.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -42,13 +44,9 @@ MessageColumn::~MessageColumn() = default;
 
 void MessageColumn::setModel(MessageListModel *model)
 {
-    if (m_model == model) {
+    if (!exchangeFollowed(m_model, model, this)) {
         return;
     }
-    if (m_model) {
-        m_model->disconnect(this);
-    }
-    m_model = model;
     if (model) {
         connect(model, &MessageListModel::modelReset, this, &MessageColumn::replaceContent);
         connect(model, &MessageListModel::rowsInserted, this, &MessageColumn::appendContent);

@@ -1,5 +1,7 @@
 #include "Views/MessageListModel.h"
 
+#include "Views/FollowedObject.h"
+
 namespace Talvo {
 
 MessageListModel::MessageListModel(QObject *parent)
@@ -9,13 +11,9 @@ MessageListModel::MessageListModel(QObject *parent)
 
 void MessageListModel::setController(ChatModel *controller)
 {
-    if (m_controller == controller) {
+    if (!exchangeFollowed(m_controller, controller, this)) {
         return;
     }
-    if (m_controller) {
-        m_controller->disconnect(this);
-    }
-    m_controller = controller;
     if (controller) {
         connect(controller, &ChatModel::selectedMessagesChanged, this,
                 &MessageListModel::followMessages);

@@ -229,9 +229,24 @@ TEST_F(SecretServiceTest, aServiceThatGoesDuringThePromptIsNotAvailable)
 {
     service->reply("SearchItems", lockedItem);
     service->reply("Unlock", wantsPrompt);
-    service->endPrompt(PromptEnd::leave);
-    EXPECT_EQ(operations({.call = 1h, .prompt = 1h}).copyMatching(baseQuery).status,
-              KeychainStatuses::notAvailable);
+    service->endPrompt(PromptEnd::never);
+    auto prompted = QtConcurrent::run(
+        [] { return operations({.call = 1h, .prompt = 1h}).copyMatching(baseQuery).status; });
+    service->waitForCall("Prompt");
+    service->leave();
+    EXPECT_EQ(prompted.result(), KeychainStatuses::notAvailable);
+}
+
+TEST_F(SecretServiceTest, aBusThatEndsDuringThePromptIsNotAvailable)
+{
+    service->reply("SearchItems", lockedItem);
+    service->reply("Unlock", wantsPrompt);
+    service->endPrompt(PromptEnd::never);
+    auto prompted = QtConcurrent::run(
+        [] { return operations({.call = 1h, .prompt = 1h}).copyMatching(baseQuery).status; });
+    service->waitForCall("Prompt");
+    bus->process().kill();
+    EXPECT_EQ(prompted.result(), KeychainStatuses::notAvailable);
 }
 
 TEST_F(SecretServiceTest, aServiceThatGoesDuringACallIsNotAvailable)
@@ -266,6 +281,39 @@ TEST_F(SecretServiceTest, aDefaultCollectionIsMadeWhenThereIsNone)
     EXPECT_TRUE(wasCalled("CreateItem"));
     service->endPrompt(PromptEnd::dismissed);
     EXPECT_EQ(operations().add(baseQuery, "key"), KeychainStatuses::userCanceled);
+}
+
+TEST_F(SecretServiceTest, aDefaultCollectionMayBeMadeWithoutAPrompt)
+{
+    service->reply("ReadAlias", "(objectpath '/',)");
+    service->reply("CreateCollection", "(objectpath '/org/freedesktop/secrets/collection/login', "
+                                       "objectpath '/')");
+    EXPECT_EQ(operations().add(baseQuery, "key"), KeychainStatuses::success);
+    EXPECT_TRUE(wasCalled("CreateItem"));
+    EXPECT_FALSE(wasCalled("Prompt"));
+}
+
+TEST_F(SecretServiceTest, aPromptThatNamesNoCollectionIsAFailure)
+{
+    service->reply("ReadAlias", "(objectpath '/',)");
+    service->reply("CreateCollection",
+                   "(objectpath '/', objectpath '/org/freedesktop/secrets/prompt/1')");
+    service->endPrompt(PromptEnd::completed, "42");
+    EXPECT_EQ(operations().add(baseQuery, "key"), KeychainStatuses::internalError);
+    EXPECT_FALSE(wasCalled("CreateItem"));
+}
+
+TEST_F(SecretServiceTest, storingAndRemovingMayNeedAPrompt)
+{
+    service->reply("CreateItem",
+                   "(objectpath '/', objectpath '/org/freedesktop/secrets/prompt/1')");
+    service->reply("Delete", "(objectpath '/org/freedesktop/secrets/prompt/1',)");
+    service->endPrompt(PromptEnd::completed, "objectpath '/org/freedesktop/secrets/item/2'");
+    EXPECT_EQ(operations().add(baseQuery, "key"), KeychainStatuses::success);
+    EXPECT_EQ(operations().remove(baseQuery), KeychainStatuses::success);
+    service->endPrompt(PromptEnd::dismissed);
+    EXPECT_EQ(operations().add(baseQuery, "key"), KeychainStatuses::userCanceled);
+    EXPECT_EQ(operations().remove(baseQuery), KeychainStatuses::userCanceled);
 }
 
 TEST_F(SecretServiceTest, withoutServiceOnTheBusNothingIsAvailable)
