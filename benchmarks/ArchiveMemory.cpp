@@ -17,7 +17,6 @@
 #include <optional>
 
 using namespace Talvo;
-using namespace Talvo::Benchmarks;
 
 namespace {
 

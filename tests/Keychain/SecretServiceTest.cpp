@@ -56,6 +56,18 @@ protected:
         EXPECT_EQ(keychain.remove(baseQuery), status);
     }
 
+    /// The status of a read that another thread has brought up to a prompt, which does not end.
+    [[nodiscard]] QFuture<KeychainStatus> readUpToThePrompt()
+    {
+        service->reply("SearchItems", lockedItem);
+        service->reply("Unlock", wantsPrompt);
+        service->endPrompt(PromptEnd::never);
+        auto status = QtConcurrent::run(
+            [] { return operations({.call = 1h, .prompt = 1h}).copyMatching(baseQuery).status; });
+        service->waitForCall("Prompt");
+        return status;
+    }
+
     /// Whether a call of this method reached the service.
     [[nodiscard]] bool wasCalled(const std::string &method) const
     {
@@ -213,11 +225,7 @@ TEST_F(SecretServiceTest, aPromptOutlastsTheBoundOfACall)
 TEST_F(SecretServiceTest, aPromptHoldsUpNoOtherThread)
 {
     const QByteArray unlockedFound = "(" + unlockedItem + ", @ao [])";
-    service->reply("SearchItems", lockedItem);
-    service->reply("Unlock", wantsPrompt);
-    service->endPrompt(PromptEnd::never);
-    auto prompted = QtConcurrent::run([] { return operations().copyMatching(baseQuery).status; });
-    service->waitForCall("Prompt");
+    auto prompted = readUpToThePrompt();
     service->reply("SearchItems", unlockedFound);
     EXPECT_EQ(operations().copyMatching(baseQuery).data, "key");
     EXPECT_FALSE(prompted.isFinished());
@@ -227,25 +235,8 @@ TEST_F(SecretServiceTest, aPromptHoldsUpNoOtherThread)
 
 TEST_F(SecretServiceTest, aServiceThatGoesDuringThePromptIsNotAvailable)
 {
-    service->reply("SearchItems", lockedItem);
-    service->reply("Unlock", wantsPrompt);
-    service->endPrompt(PromptEnd::never);
-    auto prompted = QtConcurrent::run(
-        [] { return operations({.call = 1h, .prompt = 1h}).copyMatching(baseQuery).status; });
-    service->waitForCall("Prompt");
+    auto prompted = readUpToThePrompt();
     service->leave();
-    EXPECT_EQ(prompted.result(), KeychainStatuses::notAvailable);
-}
-
-TEST_F(SecretServiceTest, aBusThatEndsDuringThePromptIsNotAvailable)
-{
-    service->reply("SearchItems", lockedItem);
-    service->reply("Unlock", wantsPrompt);
-    service->endPrompt(PromptEnd::never);
-    auto prompted = QtConcurrent::run(
-        [] { return operations({.call = 1h, .prompt = 1h}).copyMatching(baseQuery).status; });
-    service->waitForCall("Prompt");
-    bus->process().kill();
     EXPECT_EQ(prompted.result(), KeychainStatuses::notAvailable);
 }
 
