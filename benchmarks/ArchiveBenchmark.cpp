@@ -6,7 +6,7 @@
 #include "Chat/ChatArchiveCoding.h"
 #include "Chat/ChatArchiveStore.h"
 #include "Platform/UuidText.h"
-#include "support/FolderFileManager.h"
+#include "standins/FolderFileManager.h"
 #include "support/SampleData.h"
 
 #include <QFileInfo>

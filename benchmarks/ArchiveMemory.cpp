@@ -5,7 +5,7 @@
 // Prints {"file": bytes, "records": bytes, "load": bytes, "save": bytes}.
 
 #include "Chat/ChatArchiveStore.h"
-#include "support/FolderFileManager.h"
+#include "standins/FolderFileManager.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -17,7 +17,6 @@
 #include <optional>
 
 using namespace Talvo;
-using namespace Talvo::Benchmarks;
 
 namespace {
 

@@ -7,9 +7,9 @@
 
 #include "Chat/ChatArchiveCoding.h"
 #include "Controller/ChatModel.h"
+#include "standins/FolderFileManager.h"
+#include "standins/InMemoryItemOperations.h"
 #include "support/BusyTime.h"
-#include "support/FolderFileManager.h"
-#include "support/InMemoryItemOperations.h"
 #include "support/LocalService.h"
 #include "support/SampleData.h"
 

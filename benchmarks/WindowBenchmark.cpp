@@ -5,7 +5,7 @@
 // Prints the milliseconds of each measurement as JSON. Draws with the software renderer, or with what
 // QSG_RHI_BACKEND says: opengl.
 
-#include "support/FolderFileManager.h"
+#include "standins/FolderFileManager.h"
 #include "support/LocalService.h"
 #include "support/SampleData.h"
 #include "support/TestWindow.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/LoopbackService.h"
+#include "standins/LoopbackService.h"
 
 namespace Talvo {
 

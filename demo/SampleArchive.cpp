@@ -6,9 +6,6 @@ namespace Talvo {
 
 namespace {
 
-constexpr double hour = 3600;
-constexpr double day = 24 * hour;
-
 constexpr auto markdownTour = R"(# Markdown turu
 
 Yanıtlar **kalın**, *eğik*, ***ikisi birden*** ve ~~üstü çizili~~ olabilir; `kod` ve [bağlantılar](https://www.tdk.gov.tr "Türk Dil Kurumu") da gösterilir. Çıplak adresler de tanınır: https://sozluk.gov.tr

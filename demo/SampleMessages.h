@@ -6,6 +6,11 @@
 
 namespace Talvo {
 
+/// Ages of sample conversations, in seconds.
+inline constexpr double minute = 60;
+inline constexpr double hour = 60 * minute;
+inline constexpr double day = 24 * hour;
+
 /// A message of the user's in a sample conversation. @param text UTF-8
 inline ChatMessage userSays(const char *text)
 {

@@ -2,8 +2,8 @@
 #include "Chat/ChatArchiveCoding.h"
 #include "demo/DemoService.h"
 #include "demo/SampleArchive.h"
-#include "demo/TemporaryFileManager.h"
-#include "support/InMemoryItemOperations.h"
+#include "standins/FolderFileManager.h"
+#include "standins/InMemoryItemOperations.h"
 
 #include <QFile>
 #include <QNetworkAccessManager>
@@ -37,7 +37,7 @@ AppServices demoServices(const std::shared_ptr<FileManager> &fileManager,
 int main(int argc, char **argv)
 {
     const QTemporaryDir directory;
-    const auto fileManager = std::make_shared<TemporaryFileManager>(directory.path());
+    const auto fileManager = std::make_shared<FolderFileManager>(directory.path());
     std::optional<LoopbackService> service;
     return TalvoApp::run(argc, argv, {directory.path(), [&] {
                                           service.emplace(demoAnswer);

@@ -1,8 +1,7 @@
 #include "Chat/ChatArchiveCoding.h"
+#include "FuzzTarget.h"
 #include "Platform/PlatformError.h"
 
-#include <cstddef>
-#include <cstdint>
 #include <cstdlib>
 #include <optional>
 

@@ -1,9 +1,8 @@
 #include "Completion/APIErrorEnvelope.h"
 #include "Completion/CompletionResponse.h"
+#include "FuzzTarget.h"
 #include "Platform/PlatformError.h"
 
-#include <cstddef>
-#include <cstdint>
 #include <cstdlib>
 
 using namespace Talvo;

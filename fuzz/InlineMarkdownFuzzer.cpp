@@ -1,10 +1,11 @@
 #include "FuzzInput.h"
+#include "FuzzTarget.h"
 #include "Markdown/InlineMarkdown.h"
 #include "Markdown/MarkdownProperties.h"
 
 using namespace Talvo;
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QString text = textOfFuzzInput(data, size);
     const AttributedString result = inlineText(text);

@@ -1,9 +1,10 @@
 #include "FuzzInput.h"
+#include "FuzzTarget.h"
 #include "Markdown/MarkdownTitle.h"
 
 using namespace Talvo;
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QString text = textOfFuzzInput(data, size);
     const auto visible = visibleMarkdownText(text);

@@ -1,14 +1,13 @@
 // Runs every file of the given folders through a fuzz target once: a regression test without a
 // fuzzer.
 
-#include <cstdint>
+#include "FuzzTarget.h"
+
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <vector>
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size);
 
 namespace {
 
@@ -17,7 +16,7 @@ void replay(const std::filesystem::path &path)
     std::ifstream file(path, std::ios::binary);
     const std::vector<char> bytes((std::istreambuf_iterator<char>(file)),
                                   std::istreambuf_iterator<char>());
-    LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t *>(bytes.data()), bytes.size());
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
 }
 
 } // namespace

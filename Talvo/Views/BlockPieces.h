@@ -21,16 +21,18 @@ namespace Talvo {
 class BlockPieces
 {
 public:
-    static constexpr qsizetype longestText = 20'000; ///< in UTF-16 code units
-    static constexpr qsizetype pieceLength = 5'000;  ///< of a text that is cut, at most
-    static constexpr std::size_t largestTable = 1'500;
+    static constexpr qsizetype longestText = 20'000;   ///< in UTF-16 code units
+    static constexpr qsizetype pieceLength = 5'000;    ///< of a text that is cut, at most
+    static constexpr std::size_t largestTable = 1'500; ///< in cells
 
     BlockPieces() = default;
+    /// Cuts what is above those sizes; linear in the length of the texts.
     explicit BlockPieces(std::vector<MarkdownBlock> blocks);
 
     /// The pieces of a text without any markup, as paragraphs.
     [[nodiscard]] static BlockPieces ofPlainText(const QString &text);
 
+    /// The pieces, from the beginning of the message on.
     [[nodiscard]] const std::vector<MarkdownBlock> &blocks() const { return m_blocks; }
 
     /// How many pieces from `first` on may be laid out for this much effort: at least one while
@@ -38,6 +40,7 @@ public:
     /// emoji.
     [[nodiscard]] std::size_t countWithin(std::size_t first, qint64 effort) const;
 
+    /// Whether both have the same pieces; how they were cut is not compared.
     friend bool operator==(const BlockPieces &a, const BlockPieces &b)
     {
         return a.m_blocks == b.m_blocks;

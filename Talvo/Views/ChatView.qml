@@ -15,7 +15,7 @@ FocusScope {
         anchors.top: parent.top
         anchors.bottom: divider.top
         width: parent.width
-        messages: MessageListModel {
+        messages: SelectedMessages {
             controller: chatView.model
         }
         isSending: chatView.model.isAwaitingResponse

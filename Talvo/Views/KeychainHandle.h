@@ -13,6 +13,7 @@ struct KeychainHandle
     QML_VALUE_TYPE(keychainHandle)
 
 public:
+    /// Where the key is kept; null operations as long as nobody has set it.
     KeychainStore store{nullptr};
 };
 

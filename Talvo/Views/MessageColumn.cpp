@@ -1,5 +1,7 @@
 #include "Views/MessageColumn.h"
 
+#include "Views/FollowedObject.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -40,18 +42,14 @@ MessageColumn::~MessageColumn() = default;
 
 // ---- content -----------------------------------------------------------------------------------
 
-void MessageColumn::setModel(MessageListModel *model)
+void MessageColumn::setModel(SelectedMessages *model)
 {
-    if (m_model == model) {
+    if (!exchangeFollowed(m_model, model, this)) {
         return;
     }
-    if (m_model) {
-        m_model->disconnect(this);
-    }
-    m_model = model;
     if (model) {
-        connect(model, &MessageListModel::modelReset, this, &MessageColumn::replaceContent);
-        connect(model, &MessageListModel::rowsInserted, this, &MessageColumn::appendContent);
+        connect(model, &SelectedMessages::replaced, this, &MessageColumn::replaceContent);
+        connect(model, &SelectedMessages::appended, this, &MessageColumn::appendContent);
     }
     Q_EMIT modelChanged();
     replaceContent();
@@ -63,7 +61,7 @@ void MessageColumn::replaceContent()
     std::vector<qreal> heights;
     heights.reserve(static_cast<std::size_t>(rowCount()));
     for (int row = 0; row < rowCount(); ++row) {
-        heights.push_back(estimatedHeight(m_model->message(row), width()) + m_spacing);
+        heights.push_back(estimatedHeight(m_model->at(row), width()) + m_spacing);
     }
     m_heights = RowHeights(std::move(heights));
     setIsAtEnd(true);
@@ -74,7 +72,7 @@ void MessageColumn::replaceContent()
 void MessageColumn::appendContent()
 {
     for (int row = m_heights.count(); row < rowCount(); ++row) {
-        m_heights.append(estimatedHeight(m_model->message(row), width()) + m_spacing);
+        m_heights.append(estimatedHeight(m_model->at(row), width()) + m_spacing);
     }
     // What is visible stays where it is; whether the list follows is the view's decision.
     setIsAtEnd(false);
@@ -290,7 +288,7 @@ void MessageColumn::prependRow()
 
 MessageColumn::Row MessageColumn::makeRow(int index)
 {
-    const ChatMessage &message = m_model->message(index);
+    const ChatMessage &message = m_model->at(index);
     QQmlComponent *delegate =
         message.role == ChatMessage::Role::assistant ? m_assistantDelegate : m_userDelegate;
     QObject *object = delegate->createWithInitialProperties(

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Views/MessageListModel.h"
 #include "Views/RowHeights.h"
+#include "Views/SelectedMessages.h"
 
 #include <QPointer>
 #include <QQmlComponent>
@@ -26,7 +26,7 @@ class MessageColumn : public QQuickItem
     QML_ELEMENT
     /// The messages to show.
     Q_PROPERTY(
-        Talvo::MessageListModel *model READ model WRITE setModel NOTIFY modelChanged REQUIRED)
+        Talvo::SelectedMessages *model READ model WRITE setModel NOTIFY modelChanged REQUIRED)
     /// Made with the initial properties `content` and `width`.
     Q_PROPERTY(QQmlComponent *userDelegate MEMBER m_userDelegate NOTIFY delegatesChanged REQUIRED)
     /// Like `userDelegate`, for replies.
@@ -57,8 +57,8 @@ public:
     ~MessageColumn() override;
     Q_DISABLE_COPY_MOVE(MessageColumn)
 
-    [[nodiscard]] MessageListModel *model() const { return m_model; }
-    void setModel(MessageListModel *model);
+    [[nodiscard]] SelectedMessages *model() const { return m_model; }
+    void setModel(SelectedMessages *model);
     [[nodiscard]] QQuickItem *footer() const { return m_footer; }
     void setFooter(QQuickItem *footer);
     [[nodiscard]] qreal viewportY() const { return m_viewportY; }
@@ -116,7 +116,7 @@ private:
     void setIsAtEnd(bool isAtEnd);
     void startFromEstimate();
 
-    [[nodiscard]] int rowCount() const { return m_model ? m_model->rowCount() : 0; }
+    [[nodiscard]] int rowCount() const { return m_model ? m_model->count() : 0; }
     [[nodiscard]] int lastIndex() const
     {
         return m_firstIndex + static_cast<int>(m_rows.size()) - 1;
@@ -130,7 +130,7 @@ private:
     void appendRow();
     void prependRow();
 
-    QPointer<MessageListModel> m_model;
+    QPointer<SelectedMessages> m_model;
     QPointer<QQmlComponent> m_userDelegate;
     QPointer<QQmlComponent> m_assistantDelegate;
     QPointer<QQuickItem> m_footer;

@@ -6,7 +6,7 @@ import Talvo.Views
 Flickable {
     id: list
 
-    required property MessageListModel messages
+    required property SelectedMessages messages
     required property bool isSending
 
     /// From here to the end of the content goes the follow animation.

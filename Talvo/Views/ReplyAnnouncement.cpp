@@ -1,6 +1,7 @@
 #include "Views/ReplyAnnouncement.h"
 
 #include "Markdown/MarkdownTitle.h"
+#include "Views/FollowedObject.h"
 
 namespace Talvo {
 
@@ -26,13 +27,9 @@ ReplyAnnouncement::ReplyAnnouncement(QQuickItem *parent)
 
 void ReplyAnnouncement::setController(ChatModel *controller)
 {
-    if (m_controller == controller) {
+    if (!exchangeFollowed(m_controller, controller, this)) {
         return;
     }
-    if (m_controller) {
-        m_controller->disconnect(this);
-    }
-    m_controller = controller;
     if (controller) {
         connect(controller, &ChatModel::replyArrived, this, &ReplyAnnouncement::announce);
         connect(controller, &ChatModel::selectedChatIDChanged, this, &ReplyAnnouncement::end);

@@ -1,5 +1,7 @@
 #include "Views/SessionListModel.h"
 
+#include "Views/FollowedObject.h"
+
 #include <QLocale>
 
 #include <algorithm>
@@ -14,13 +16,9 @@ SessionListModel::SessionListModel(QObject *parent)
 
 void SessionListModel::setController(ChatModel *controller)
 {
-    if (m_controller == controller) {
+    if (!exchangeFollowed(m_controller, controller, this)) {
         return;
     }
-    if (m_controller) {
-        m_controller->disconnect(this);
-    }
-    m_controller = controller;
     if (controller) {
         connect(controller, &ChatModel::sessionsChanged, this, &SessionListModel::followSessions);
         connect(controller, &ChatModel::selectedChatIDChanged, this,

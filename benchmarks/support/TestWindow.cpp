@@ -2,7 +2,7 @@
 
 #include "Chat/ChatArchiveCoding.h"
 #include "Views/KeychainHandle.h"
-#include "support/InMemoryItemOperations.h"
+#include "standins/InMemoryItemOperations.h"
 
 #include <QDir>
 #include <QEventLoop>

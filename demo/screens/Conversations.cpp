@@ -9,9 +9,6 @@ namespace Talvo {
 
 namespace {
 
-constexpr double minute = 60;
-constexpr double day = 24 * 60 * minute;
-
 constexpr auto watering = R"(Balkonda domates için **düzen**, miktardan önemlidir:
 
 | Ay | Sıklık | Saksı başına |

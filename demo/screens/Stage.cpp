@@ -2,7 +2,7 @@
 
 #include "Views/DesktopAppearance.h"
 #include "Views/KeychainHandle.h"
-#include "demo/TemporaryFileManager.h"
+#include "standins/FolderFileManager.h"
 
 #include <QAccessible>
 #include <QCoreApplication>
@@ -64,8 +64,8 @@ Stage::Stage(const Setting &setting)
     ChatModel::Services services;
     services.client = std::make_unique<GroqClient>(session, m_service.url());
     services.keychain = std::make_unique<KeychainStore>(keychain);
-    services.archiveStore = std::make_unique<ChatArchiveStore>(
-        std::make_shared<TemporaryFileManager>(m_directory.path()));
+    services.archiveStore =
+        std::make_unique<ChatArchiveStore>(std::make_shared<FolderFileManager>(m_directory.path()));
     if (setting.archive) {
         services.archiveStore->save(*setting.archive).waitForFinished();
     }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Controller/ChatModel.h"
-#include "support/InMemoryItemOperations.h"
-#include "support/LoopbackService.h"
+#include "standins/InMemoryItemOperations.h"
+#include "standins/LoopbackService.h"
 
 #include <QImage>
 #include <QQmlEngine>

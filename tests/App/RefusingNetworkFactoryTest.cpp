@@ -1,7 +1,7 @@
 #include "App/RefusingNetworkFactory.h"
 
+#include "standins/LoopbackService.h"
 #include "support/Awaiting.h"
-#include "support/LoopbackService.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>

@@ -1,87 +1,24 @@
 #include "Chat/ChatArchiveStore.h"
 
 #include "Chat/ChatArchiveCoding.h"
+#include "Chat/FaultyFileManager.h"
 #include "Chat/SampleArchives.h"
 #include "Platform/PlatformError.h"
 
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
-#include <QSemaphore>
 #include <QTemporaryDir>
 #include <QThread>
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <sys/stat.h>
 #include <thread>
 
 using namespace Talvo;
 
 namespace {
-
-/// The real file manager, with another Application Support directory and some faults on request.
-class FaultyFileManager : public FileManager
-{
-public:
-    explicit FaultyFileManager(QString directory)
-        : m_directory(std::move(directory))
-    {
-    }
-
-    QString applicationSupportDirectory() const override { return m_directory; }
-
-    bool fileExists(const QString &path) const override
-    {
-        ++operationCount;
-        return FileManager::fileExists(path);
-    }
-
-    void createDirectory(const QString &path) const override
-    {
-        ++operationCount;
-        FileManager::createDirectory(path);
-    }
-
-    QByteArray readFile(const QString &path, qsizetype padding) const override
-    {
-        if (isUnreadable) {
-            throw PlatformError(PlatformFailure::archiveNotReadable);
-        }
-        return FileManager::readFile(path, padding);
-    }
-
-    void replaceFile(const QString &path,
-                     const std::function<void(const Sink &)> &produce) const override
-    {
-        gate.acquire();
-        gate.release();
-        if (!isDiskFull) {
-            return FileManager::replaceFile(path, produce);
-        }
-        FileManager::replaceFile(path, [&](const Sink &) {
-            produce([](QByteArrayView) { throw PlatformError(PlatformFailure::diskFull); });
-        });
-    }
-
-    LinkOutcome linkFile(const QString &existing, const QString &name) const override
-    {
-        if (hasNoLinks) {
-            throw PlatformError(PlatformFailure::archiveNotKept);
-        }
-        return FileManager::linkFile(existing, name);
-    }
-
-    std::atomic<bool> isUnreadable = false;
-    std::atomic<bool> isDiskFull = false;
-    std::atomic<bool> hasNoLinks = false;
-    mutable std::atomic<int> operationCount = 0;
-    mutable QSemaphore gate{1}; ///< a save waits here while a test holds it
-
-private:
-    const QString m_directory;
-};
 
 ChatArchive archiveNamed(const QString &memory)
 {
@@ -395,6 +332,28 @@ TEST_F(ChatArchiveStoreTest, withoutACopyTheSaveFailsAndReplacesNothing)
     m_files->hasNoLinks = false;
     save(sampleArchive());
     EXPECT_EQ(otherFiles().size(), 1);
+    EXPECT_EQ(load(), sampleArchive());
+}
+
+TEST_F(ChatArchiveStoreTest, withoutANameForTheCopyTheSaveFailsAndReplacesNothing)
+{
+    writeFile("bozuk");
+    EXPECT_EQ(failureOf(m_store->load()), PlatformFailure::archiveNotValid);
+    m_files->areNamesTaken = true;
+    EXPECT_EQ(failureOf(m_store->save(sampleArchive())), PlatformFailure::archiveNotKept);
+    EXPECT_EQ(bytes(file()), "bozuk");
+}
+
+TEST_F(ChatArchiveStoreTest, withoutMemoryItSaysSoAndReplacesNothing)
+{
+    save(sampleArchive());
+    const QByteArray before = bytes(file());
+    m_files->hasNoMemory = true;
+    EXPECT_EQ(failureOf(m_store->load()), PlatformFailure::archiveNotReadable);
+    EXPECT_EQ(failureOf(m_store->save(archiveNamed(QStringLiteral("yeni")))),
+              PlatformFailure::archiveNotWritable);
+    m_files->hasNoMemory = false;
+    EXPECT_EQ(bytes(file()), before);
     EXPECT_EQ(load(), sampleArchive());
 }
 

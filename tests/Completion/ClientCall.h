@@ -2,8 +2,8 @@
 
 #include "Completion/GroqClient.h"
 #include "Platform/PlatformError.h"
+#include "standins/LoopbackService.h"
 #include "support/Awaiting.h"
-#include "support/LoopbackService.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>

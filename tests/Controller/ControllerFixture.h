@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Controller/ChatModel.h"
+#include "standins/InMemoryItemOperations.h"
 #include "support/EventLoop.h"
-#include "support/InMemoryItemOperations.h"
 #include "support/MemoryFileManager.h"
 #include "support/ScriptedNetwork.h"
 

@@ -1,6 +1,6 @@
 #include "Keychain/KeychainStore.h"
 
-#include "support/InMemoryItemOperations.h"
+#include "standins/InMemoryItemOperations.h"
 
 #include <QtConcurrent>
 #include <gtest/gtest.h>

@@ -98,6 +98,17 @@ void ScriptedSecretService::completePrompt(const QByteArray &result)
     sendCompleted(false, result);
 }
 
+void ScriptedSecretService::leave()
+{
+    const std::lock_guard lock(m_mutex);
+    // The bus deals with messages one after the other: its answer comes behind what was sent
+    // before.
+    const GVariantPointer id(g_dbus_connection_call_sync(
+        m_connection.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+        "GetId", nullptr, G_VARIANT_TYPE("(s)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+    g_dbus_connection_close_sync(m_connection.get(), nullptr, nullptr);
+}
+
 void ScriptedSecretService::waitForCall(const QByteArray &method)
 {
     std::unique_lock lock(m_mutex);
@@ -178,9 +189,6 @@ void ScriptedSecretService::showPrompt(GDBusMessage *call)
     sendReply(call, "()");
     switch (m_promptEnd) {
     case PromptEnd::never:
-        return;
-    case PromptEnd::leave:
-        g_dbus_connection_close(m_connection.get(), nullptr, nullptr, nullptr);
         return;
     case PromptEnd::completed:
     case PromptEnd::dismissed:

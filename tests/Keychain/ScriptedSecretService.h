@@ -40,7 +40,6 @@ public:
         completed,
         dismissed,
         never,
-        leave,
     };
 
     /// Owns the Secret Service's name on the bus until it goes.
@@ -58,6 +57,9 @@ public:
 
     /// Ends the prompt that is shown and was told to end never: completed, with this result.
     void completePrompt(const QByteArray &result);
+
+    /// Leaves the bus once it has passed on everything that was sent until now.
+    void leave();
 
     /// Blocks until a call of this method has arrived.
     void waitForCall(const QByteArray &method);

@@ -56,6 +56,18 @@ protected:
         EXPECT_EQ(keychain.remove(baseQuery), status);
     }
 
+    /// The status of a read that another thread has brought up to a prompt, which does not end.
+    [[nodiscard]] QFuture<KeychainStatus> readUpToThePrompt()
+    {
+        service->reply("SearchItems", lockedItem);
+        service->reply("Unlock", wantsPrompt);
+        service->endPrompt(PromptEnd::never);
+        auto status = QtConcurrent::run(
+            [] { return operations({.call = 1h, .prompt = 1h}).copyMatching(baseQuery).status; });
+        service->waitForCall("Prompt");
+        return status;
+    }
+
     /// Whether a call of this method reached the service.
     [[nodiscard]] bool wasCalled(const std::string &method) const
     {
@@ -213,11 +225,7 @@ TEST_F(SecretServiceTest, aPromptOutlastsTheBoundOfACall)
 TEST_F(SecretServiceTest, aPromptHoldsUpNoOtherThread)
 {
     const QByteArray unlockedFound = "(" + unlockedItem + ", @ao [])";
-    service->reply("SearchItems", lockedItem);
-    service->reply("Unlock", wantsPrompt);
-    service->endPrompt(PromptEnd::never);
-    auto prompted = QtConcurrent::run([] { return operations().copyMatching(baseQuery).status; });
-    service->waitForCall("Prompt");
+    auto prompted = readUpToThePrompt();
     service->reply("SearchItems", unlockedFound);
     EXPECT_EQ(operations().copyMatching(baseQuery).data, "key");
     EXPECT_FALSE(prompted.isFinished());
@@ -227,11 +235,9 @@ TEST_F(SecretServiceTest, aPromptHoldsUpNoOtherThread)
 
 TEST_F(SecretServiceTest, aServiceThatGoesDuringThePromptIsNotAvailable)
 {
-    service->reply("SearchItems", lockedItem);
-    service->reply("Unlock", wantsPrompt);
-    service->endPrompt(PromptEnd::leave);
-    EXPECT_EQ(operations({.call = 1h, .prompt = 1h}).copyMatching(baseQuery).status,
-              KeychainStatuses::notAvailable);
+    auto prompted = readUpToThePrompt();
+    service->leave();
+    EXPECT_EQ(prompted.result(), KeychainStatuses::notAvailable);
 }
 
 TEST_F(SecretServiceTest, aServiceThatGoesDuringACallIsNotAvailable)
@@ -266,6 +272,39 @@ TEST_F(SecretServiceTest, aDefaultCollectionIsMadeWhenThereIsNone)
     EXPECT_TRUE(wasCalled("CreateItem"));
     service->endPrompt(PromptEnd::dismissed);
     EXPECT_EQ(operations().add(baseQuery, "key"), KeychainStatuses::userCanceled);
+}
+
+TEST_F(SecretServiceTest, aDefaultCollectionMayBeMadeWithoutAPrompt)
+{
+    service->reply("ReadAlias", "(objectpath '/',)");
+    service->reply("CreateCollection", "(objectpath '/org/freedesktop/secrets/collection/login', "
+                                       "objectpath '/')");
+    EXPECT_EQ(operations().add(baseQuery, "key"), KeychainStatuses::success);
+    EXPECT_TRUE(wasCalled("CreateItem"));
+    EXPECT_FALSE(wasCalled("Prompt"));
+}
+
+TEST_F(SecretServiceTest, aPromptThatNamesNoCollectionIsAFailure)
+{
+    service->reply("ReadAlias", "(objectpath '/',)");
+    service->reply("CreateCollection",
+                   "(objectpath '/', objectpath '/org/freedesktop/secrets/prompt/1')");
+    service->endPrompt(PromptEnd::completed, "42");
+    EXPECT_EQ(operations().add(baseQuery, "key"), KeychainStatuses::internalError);
+    EXPECT_FALSE(wasCalled("CreateItem"));
+}
+
+TEST_F(SecretServiceTest, storingAndRemovingMayNeedAPrompt)
+{
+    service->reply("CreateItem",
+                   "(objectpath '/', objectpath '/org/freedesktop/secrets/prompt/1')");
+    service->reply("Delete", "(objectpath '/org/freedesktop/secrets/prompt/1',)");
+    service->endPrompt(PromptEnd::completed, "objectpath '/org/freedesktop/secrets/item/2'");
+    EXPECT_EQ(operations().add(baseQuery, "key"), KeychainStatuses::success);
+    EXPECT_EQ(operations().remove(baseQuery), KeychainStatuses::success);
+    service->endPrompt(PromptEnd::dismissed);
+    EXPECT_EQ(operations().add(baseQuery, "key"), KeychainStatuses::userCanceled);
+    EXPECT_EQ(operations().remove(baseQuery), KeychainStatuses::userCanceled);
 }
 
 TEST_F(SecretServiceTest, withoutServiceOnTheBusNothingIsAvailable)

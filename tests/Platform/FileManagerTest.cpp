@@ -156,6 +156,18 @@ TEST_F(FileManagerTest, readsAFileThatGivesNoSize)
     EXPECT_TRUE(m_files.readFile(QStringLiteral("/proc/self/status"), 0).contains("\nPid:"));
 }
 
+TEST_F(FileManagerTest, aFileThatBreaksOffCannotBeRead)
+{
+    const QString file = QStringLiteral("/proc/self/mem"); // nothing is mapped at its beginning
+    if (!QFile::exists(file)) {
+        GTEST_SKIP() << "no such file on this system";
+    }
+    const auto error = errorOf([&] { (void)m_files.readFile(file, 0); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->failure(), PlatformFailure::archiveNotReadable);
+    EXPECT_TRUE(error->localizedDescription().endsWith(QStringLiteral(" (giriş/çıkış hatası)")));
+}
+
 TEST_F(FileManagerTest, readsNothingButFiles)
 {
     ASSERT_EQ(::mkfifo(QFile::encodeName(path("fifo")).constData(), 0600), 0);
@@ -264,6 +276,21 @@ TEST_F(FileManagerTest, aWriteThatStopsHalfwayIsAFailure)
     EXPECT_EQ(error->failure(), PlatformFailure::archiveNotWritable);
     EXPECT_TRUE(error->localizedDescription().endsWith(QStringLiteral(" (dosya çok büyük)")));
     EXPECT_EQ(bytes(path("file")), "eski");
+    EXPECT_EQ(names(), QStringList{QStringLiteral("file")});
+}
+
+TEST_F(FileManagerTest, aFolderThatAppearsInTheFilesPlaceIsAFailure)
+{
+    const auto error = errorOf([&] {
+        m_files.replaceFile(path("file"), [&](const FileManager::Sink &sink) {
+            sink("yeni");
+            QDir().mkdir(path("file"));
+        });
+    });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->failure(), PlatformFailure::archiveNotWritable);
+    EXPECT_TRUE(
+        error->localizedDescription().endsWith(QStringLiteral(" (dosya yerine bir klasör var)")));
     EXPECT_EQ(names(), QStringList{QStringLiteral("file")});
 }
 

@@ -2,7 +2,7 @@
 
 #include "Controller/ChatModel.h"
 #include "Views/KeychainHandle.h"
-#include "support/InMemoryItemOperations.h"
+#include "standins/InMemoryItemOperations.h"
 #include "support/MemoryFileManager.h"
 #include "support/ScriptedNetwork.h"
 

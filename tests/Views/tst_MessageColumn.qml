@@ -29,7 +29,7 @@ Item {
                 spacing: 14
                 padding: 24
                 viewportHeight: 500
-                model: MessageListModel {
+                model: SelectedMessages {
                     controller: chats.model
                 }
                 onViewportRequested: y => rows.viewportY = y

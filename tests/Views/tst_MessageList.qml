@@ -24,7 +24,7 @@ Item {
                 width: 700
                 height: parent.height
                 isSending: false
-                messages: MessageListModel {
+                messages: SelectedMessages {
                     controller: chats.model
                 }
             }

@@ -127,6 +127,21 @@ Item {
             compare(row.editedTitle, "yarım kalmış");
         }
 
+        function test_aConversationThatIsWrittenInComesToTheTop() {
+            const list = make(4);
+            fixture.storeKey("gsk_deneme");
+            keyClick(Qt.Key_End);
+            const row = rows(list)[3];
+            row.editedTitle = "yarım kalmış";
+            fixture.model.draft = "Soru";
+            fixture.model.startSending();
+            tryVerify(() => rows(list)[0] === row);
+            compare(rows(list).map(other => other.title), ["Sohbet 4", "Sohbet 1", "Sohbet 2", "Sohbet 3"]);
+            compare(rows(list).map(other => other.isSelected), [true, false, false, false]);
+            compare(list.currentIndex, 0);
+            compare(row.editedTitle, "yarım kalmış");
+        }
+
         function test_aRenameShowsInItsRow() {
             const list = make(2);
             fixture.model.renameChat(fixture.idAt(1), "Yeni ad");

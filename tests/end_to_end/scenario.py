@@ -5,12 +5,14 @@ import os
 import subprocess
 import tempfile
 import unittest
+from contextlib import contextmanager
 from dataclasses import dataclass
 from pathlib import Path
 
 from certificates import Identity
 from completion_service import CompletionService
 from desktop import Desktop
+from responsiveness import Responsiveness
 from waiting import wait_until
 from window import FIELD, Window
 
@@ -86,7 +88,7 @@ class Scenario(unittest.TestCase):
         }
         self.service = self.enterContext(CompletionService(world.identity, self.read_archive))
         self.output = self.enterContext(open(self.home / "output", "w+", encoding="utf-8"))
-        self.talvo = None
+        self.talvo = self.window = self.responsiveness = None
         self._started = []
 
     def tearDown(self):
@@ -101,6 +103,20 @@ class Scenario(unittest.TestCase):
         self.talvo = Talvo(self.environment, self.output, wrapper)
         self._started.append(self.talvo)
         return self.talvo.window
+
+    def first_start(self, wrapper=()):
+        """Starts Talvo in an empty home; its window, once the first conversation is saved."""
+        window = self.start(wrapper)
+        window.row("Yeni Sohbet")
+        wait_until(self.read_archive, "the archive of the first start")
+        return window
+
+    @contextmanager
+    def watched_window(self):
+        """A first start into `window`, whose main thread `responsiveness` watches meanwhile."""
+        self.window = self.first_start()
+        with Responsiveness(self.talvo.process_id()) as self.responsiveness:
+            yield
 
     def composer(self):
         return self.talvo.window.get(FIELD, "Mesajını yaz…")

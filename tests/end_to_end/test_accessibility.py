@@ -19,14 +19,8 @@ class Accessibility(Scenario):
     def titles(self):
         return [session["title"] for session in self.read_archive()["sessions"]]
 
-    def first_window(self):
-        window = self.start()
-        window.row("Yeni Sohbet")
-        wait_until(self.read_archive, "the archive of the first start")
-        return window
-
     def test_new_chat_rename_select_and_delete(self):
-        window = self.first_window()
+        window = self.first_start()
 
         press(window.get(BUTTON, "Sohbeti yeniden adlandır", window.row("Yeni Sohbet")))
         dialog = window.get(DIALOG, "Sohbeti Yeniden Adlandır")
@@ -57,7 +51,7 @@ class Accessibility(Scenario):
         self.close()
 
     def test_a_rename_that_is_called_off_changes_nothing(self):
-        window = self.first_window()
+        window = self.first_start()
         press(window.get(BUTTON, "Sohbeti yeniden adlandır", window.row("Yeni Sohbet")))
         enter_text(window.get(FIELD, "Sohbet adı"), "Başka")
         press(window.get(BUTTON, "Vazgeç"))
@@ -67,7 +61,7 @@ class Accessibility(Scenario):
         self.close()
 
     def test_the_model_is_chosen(self):
-        window = self.first_window()
+        window = self.first_start()
         press(window.get(COMBO_BOX, "Groq modeli"))
         press(window.get(CHOICE, "llama-3.1-8b-instant"))
         wait_until(lambda: self.read_archive()["selectedModel"] == "llama-3.1-8b-instant",
@@ -75,7 +69,7 @@ class Accessibility(Scenario):
         self.close()
 
     def test_the_key_is_saved_and_deleted_in_the_settings(self):
-        window = self.first_window()
+        window = self.first_start()
         press(window.get(BUTTON, "API Ayarları"))
         field = window.get(PASSWORD_FIELD, "gsk_…")
         enter_text(field, f"  {KEY} ")
@@ -93,7 +87,7 @@ class Accessibility(Scenario):
     def test_a_message_is_sent_and_its_reply_read(self):
         self.desktop.store_secret(KEY)
         self.service.answer(REPLY, "# Başlık\n\nBir *vurgulu* söz.\n\n- ilk\n\n1. birinci")
-        window = self.first_window()
+        window = self.first_start()
         with self.service.hold(REPLY):
             enter_text(self.composer(), "Nasılsın?")
             press(window.get(BUTTON, "Mesajı gönder"))
@@ -114,7 +108,7 @@ class Accessibility(Scenario):
     def test_a_reply_is_announced(self):
         self.desktop.store_secret(KEY)
         self.service.answer(REPLY, "# Başlık\n\nBir *vurgulu* söz.")
-        window = self.first_window()
+        window = self.first_start()
         with window.announcements() as announced:
             enter_text(self.composer(), "Nasılsın?")
             press(window.get(BUTTON, "Mesajı gönder"))
@@ -124,7 +118,7 @@ class Accessibility(Scenario):
         self.close()
 
     def test_an_error_is_announced(self):
-        window = self.first_window()
+        window = self.first_start()
         with window.announcements() as announced:
             enter_text(self.composer(), "Nasılsın?")
             press(window.get(BUTTON, "Mesajı gönder"))
@@ -136,7 +130,7 @@ class Accessibility(Scenario):
     def test_an_error_is_a_dialog_that_can_be_dismissed(self):
         self.desktop.store_secret(KEY)
         self.service.refuse(REPLY, 401, "Anahtar geçersiz.")
-        window = self.first_window()
+        window = self.first_start()
         enter_text(self.composer(), "Nasılsın?")
         press(window.get(BUTTON, "Mesajı gönder"))
         dialog = window.get(DIALOG, "Bir sorun oluştu")

@@ -20,7 +20,6 @@ from faulty_service import (
     FaultyService, dripping, head, reset, sending, sending_after, silent, sound_answer, speaking,
 )
 from figures import Figures, milliseconds
-from responsiveness import Responsiveness
 from scenario import KEY, Scenario
 from waiting import wait_until
 from window import BUTTON, content_of, enter_text, press
@@ -87,10 +86,7 @@ class BrokenNetwork(Scenario):
 
     @contextmanager
     def watched_window(self):
-        self.window = self.start()
-        self.window.row("Yeni Sohbet")
-        wait_until(self.read_archive, "the archive of the first start")
-        with Responsiveness(self.talvo.process_id()) as self.responsiveness:
+        with super().watched_window():
             yield
         self.close()
 

@@ -128,12 +128,10 @@ class Saving(Scenario):
 
     def test_the_system_calls_of_a_save(self):
         trace = self.home / "trace"
-        window = self.start((
+        self.first_start((
             "strace", "-f", "-y", "-qqq", "-o", str(trace),
             "-e", "trace=openat,write,fsync,fdatasync,rename,renameat,renameat2,unlink",
         ))
-        window.row("Yeni Sohbet")
-        wait_until(self.read_archive, "the archive of the first start")
         self.close()
 
         archive = str(self.archive_path)

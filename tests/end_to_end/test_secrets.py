@@ -10,7 +10,6 @@ import scenario
 from completion_service import REPLY
 from figures import Figures
 from scenario import Scenario
-from waiting import wait_until
 from window import BUTTON, FIELD, content_of, enter_text, press
 
 #: Found nowhere by chance.
@@ -87,9 +86,7 @@ class Secrets(Scenario):
 
     def test_after_an_exchange_with_failures_the_key_is_nowhere(self):
         self.desktop.store_secret(KEY)
-        self.window = self.start()
-        self.window.row("Yeni Sohbet")
-        wait_until(self.read_archive, "the archive of the first start")
+        self.window = self.first_start()
         self.send("Merhaba", 3)
         self.window.wait_for_text("Merhaba!")
         self.fail("Bir", 401, "Anahtar geçersiz.", 4)
@@ -120,9 +117,7 @@ class Secrets(Scenario):
         self.assertEqual(self.archive_path.parent.stat().st_mode & 0o777, 0o700)
 
     def test_a_key_that_is_typed_is_in_the_keyring_only(self):
-        self.window = self.start()
-        self.window.row("Yeni Sohbet")
-        wait_until(self.read_archive, "the archive of the first start")
+        self.window = self.first_start()
         self.save_key_in_settings()
         self.assertEqual(self.desktop.secret(), KEY)
         self.close()

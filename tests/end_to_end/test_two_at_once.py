@@ -10,12 +10,6 @@ from window import BUTTON, enter_text, press
 
 
 class TwoAtOnce(Scenario):
-    def start_first(self):
-        window = self.start()
-        window.row("Yeni Sohbet")
-        wait_until(self.read_archive, "the archive of the first start")
-        return window
-
     def start_second(self):
         """Its exit code. The first one stays the one that the test is about."""
         first = self.talvo
@@ -24,13 +18,13 @@ class TwoAtOnce(Scenario):
         return second.wait(30)
 
     def test_a_second_start_ends_and_the_first_goes_on(self):
-        self.start_first()
+        self.first_start()
         self.assertEqual(self.start_second(), 0)
         self.assertTrue(self.talvo.is_running())
         self.close()
 
     def test_a_first_one_that_hangs_lets_no_second_write(self):
-        self.start_first()
+        self.first_start()
         saved = self.archive_path.stat()
         process_id = self.talvo.process_id()
         self.talvo.send_signal(signal.SIGSTOP)
@@ -43,14 +37,14 @@ class TwoAtOnce(Scenario):
         self.close()
 
     def test_after_a_kill_the_next_start_is_the_first(self):
-        self.start_first()
+        self.first_start()
         self.talvo.kill()
-        self.start_first()
+        self.first_start()
         self.close()
 
     def test_what_another_program_wrote_meanwhile_is_replaced_by_the_next_save(self):
         self.desktop.store_secret(KEY)
-        window = self.start_first()
+        window = self.first_start()
         changed = self.read_archive() | {"memory": "- başka bir programdan"}
         self.archive_path.write_text(json.dumps(changed), encoding="utf-8")
         enter_text(self.composer(), "Selam")

@@ -23,3 +23,7 @@ compress("${documents}/changelog" "${documents}/changelog.Debian")
 file(CHMOD
         "${documents}/copyright" "${documents}/changelog.gz" "${documents}/changelog.Debian.gz"
     PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+
+file(MAKE_DIRECTORY "${data}/lintian/overrides")
+file(COPY_FILE "${CMAKE_CURRENT_LIST_DIR}/lintian-overrides" "${data}/lintian/overrides/talvo")
+file(CHMOD "${data}/lintian/overrides/talvo" PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)

@@ -1,4 +1,4 @@
-#include "support/InMemoryItemOperations.h"
+#include "standins/InMemoryItemOperations.h"
 
 namespace Talvo {
 

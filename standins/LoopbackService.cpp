@@ -1,6 +1,6 @@
-#include "support/LoopbackService.h"
+#include "standins/LoopbackService.h"
 
-#include "support/LoopbackConnection.h"
+#include "standins/LoopbackConnection.h"
 
 #include <QMutex>
 #include <QSslConfiguration>

@@ -1,4 +1,4 @@
-#include "support/LoopbackConnection.h"
+#include "standins/LoopbackConnection.h"
 
 #include <QTimer>
 

@@ -1,4 +1,4 @@
-#include "support/ScriptedAnswer.h"
+#include "standins/ScriptedAnswer.h"
 
 namespace Talvo {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/RecordedRequest.h"
-#include "support/ScriptedAnswer.h"
+#include "standins/RecordedRequest.h"
+#include "standins/ScriptedAnswer.h"
 
 #include <QList>
 #include <QSslCertificate>

@@ -1,4 +1,4 @@
-#include "support/RecordedRequest.h"
+#include "standins/RecordedRequest.h"
 
 namespace Talvo {
 

@@ -4,9 +4,9 @@
 
 #include <utility>
 
-namespace Talvo::Benchmarks {
+namespace Talvo {
 
-/// The real file system, with the archives below a folder of the benchmark's.
+/// The real file system, with the user's data below one folder, which its owner removes.
 class FolderFileManager : public FileManager
 {
 public:
@@ -14,10 +14,11 @@ public:
         : m_folder(std::move(folder))
     {
     }
+
     [[nodiscard]] QString applicationSupportDirectory() const override { return m_folder; }
 
 private:
     const QString m_folder;
 };
 
-} // namespace Talvo::Benchmarks
+} // namespace Talvo
