@@ -1,5 +1,6 @@
 #include "App/TalvoApp.h"
 
+#include "App/MuteSessionBus.h"
 #include "App/ProcessHardening.h"
 #include "App/RefusingNetworkFactory.h"
 #include "App/SingleInstance.h"
@@ -15,6 +16,8 @@
 #include <QQuickWindow>
 #include <QtQml/QQmlExtensionPlugin>
 
+#include <chrono>
+
 Q_IMPORT_QML_PLUGIN(Talvo_ViewsPlugin)
 
 namespace Talvo::TalvoApp {
@@ -22,6 +25,10 @@ namespace Talvo::TalvoApp {
 namespace {
 
 constexpr int failureExitCode = 1;
+
+/// Longer than a busy desktop needs to say hello at login, and short enough for a user to wait for
+/// a window.
+constexpr std::chrono::seconds sessionBusBound{4};
 
 /// Without a graphics card the software renderer starts several times faster than an emulated one
 /// and saves its memory. A choice in the environment stands.
@@ -70,6 +77,8 @@ AppSetup defaultSetup()
 int run(int argc, char **argv, const AppSetup &setup)
 {
     refuseCoreDumps();
+    surviveFileSizeLimit();
+    avoidMuteSessionBus(sessionBusBound);
     chooseRenderer();
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("talvo"));
