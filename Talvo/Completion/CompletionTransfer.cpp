@@ -14,6 +14,9 @@ namespace {
 /// What the network thread holds ready at most while the GUI thread is busy.
 constexpr qint64 readBufferSize = 256LL * 1024;
 
+/// How often is asked what the network library holds back.
+constexpr std::chrono::milliseconds heldBackInterval{200};
+
 /// Statuses that come without a body, whatever Content-Length says (RFC 9110).
 bool hasNoBody(int status)
 {
@@ -69,6 +72,25 @@ CompletionTransfer::CompletionTransfer(QNetworkAccessManager &session,
     connect(m_reply, &QNetworkReply::readyRead, this, &CompletionTransfer::collect);
     connect(m_reply, &QNetworkReply::finished, this, &CompletionTransfer::collect);
     watchForSilence(idleTimeout);
+    watchWhatIsHeldBack();
+}
+
+/// An answer whose head has no end, and the body of a 401 or 407, stay with the library until they
+/// are whole: nothing of them is counted by collect(), and they would fill the memory.
+void CompletionTransfer::watchWhatIsHeldBack()
+{
+    m_heldBackTimer.setInterval(heldBackInterval);
+    connect(&m_heldBackTimer, &QTimer::timeout, this, &CompletionTransfer::checkHeldBackSize);
+    connect(m_reply, &QNetworkReply::metaDataChanged, &m_heldBackTimer, &QTimer::stop);
+    connect(m_reply, &QNetworkReply::finished, &m_heldBackTimer, &QTimer::stop);
+    m_heldBackTimer.start();
+}
+
+void CompletionTransfer::checkHeldBackSize()
+{
+    if (m_connections.mostReceived() > quint64{maximumBodySize}) {
+        stop(PlatformFailure::replyTooLarge);
+    }
 }
 
 void CompletionTransfer::watchForSilence(std::chrono::milliseconds idleTimeout)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Completion/NewConnections.h"
 #include "Completion/TransferFailure.h"
 
 #include <QByteArray>
@@ -67,12 +68,16 @@ private:
                        QByteArray body, std::chrono::milliseconds idleTimeout);
 
     void watchForSilence(std::chrono::milliseconds idleTimeout);
+    void watchWhatIsHeldBack();
+    void checkHeldBackSize();
     void checkDeclaredSize();
     void collect();
     void stop(PlatformFailure failure);
 
     QNetworkReply *m_reply;
     QTimer m_idleTimer;
+    NewConnections m_connections;
+    QTimer m_heldBackTimer; ///< runs until the head of the answer is handed on
     QByteArray m_body;
     TransferStage m_stage = TransferStage::connecting;
     /// Why this object itself ended the transfer; the reply says "cancelled" in each case.

@@ -19,7 +19,7 @@ from completion_service import HOST, REPLY
 from faulty_service import (
     FaultyService, dripping, head, reset, sending, sending_after, silent, sound_answer, speaking,
 )
-from figures import Figures, milliseconds
+from figures import Figures, megabytes, milliseconds
 from responsiveness import Responsiveness
 from scenario import KEY, Scenario
 from waiting import wait_until
@@ -55,6 +55,15 @@ FAULTS = [
     ("1 GB body, in chunks", GIGABYTE_IN_CHUNKS, TOO_LARGE),
     ("1 GB body, by connection", sending_after(head(), MEGABYTE, 1024), TOO_LARGE),
     ("1 GB of error body", sending_after(head("500 No"), MEGABYTE, 1024), TOO_LARGE),
+    ("a head of header lines for ever",
+     sending_after(b"HTTP/1.1 200 OK\r\n", b"X-Filler: " + MEGABYTE + b"\r\n", 10_000), TOO_LARGE),
+    ("a header line for ever",
+     sending_after(b"HTTP/1.1 200 OK\r\nX-Filler: ", MEGABYTE, 10_000), TOO_LARGE),
+    ("1 GB of 401", sending_after(head("401 No"), MEGABYTE, 1024), TOO_LARGE),
+    ("1 GB of a challenge",
+     sending_after(head("401 No", "WWW-Authenticate: Basic realm=x"), MEGABYTE, 1024), TOO_LARGE),
+    ("1 GB of a proxy's challenge",
+     sending_after(head("407 No", "Proxy-Authenticate: Basic realm=x"), MEGABYTE, 1024), TOO_LARGE),
     ("gzip bomb",
      sending(head("200 OK", "Content-Encoding: gzip") + gzip.compress(b"{" + bytes(1 << 28), 1)),
      NOT_DECODABLE),
@@ -67,7 +76,7 @@ FAULTS = [
 
 class BrokenNetwork(Scenario):
     figures = Figures("Broken network: the longest stall of the main thread",
-                      "fault", "longest stall", "until the sentence")
+                      "fault", "longest stall", "until the sentence", "most memory so far")
 
     @classmethod
     def tearDownClass(cls):
@@ -94,6 +103,9 @@ class BrokenNetwork(Scenario):
             yield
         self.close()
 
+    def most_memory(self):
+        return megabytes(self.talvo.process_id())
+
     def send(self, text):
         wait_until(lambda: content_of(self.composer()) == "", "an empty composer")
         enter_text(self.composer(), text)
@@ -106,7 +118,7 @@ class BrokenNetwork(Scenario):
         self.window.wait_for_text(sentence, seconds)
         duration = time.monotonic() - start
         stall = self.responsiveness.take_longest()
-        self.figures.add(name, milliseconds(stall), milliseconds(duration))
+        self.figures.add(name, milliseconds(stall), milliseconds(duration), self.most_memory())
         press(self.window.get(BUTTON, "Tamam"))
         self.window.wait_without_text("Bir sorun oluştu")
         self.assertEqual(self.read_archive()["sessions"][0]["messages"][-1]["content"], name,
@@ -141,7 +153,8 @@ class BrokenNetwork(Scenario):
             self.send("Fırtına")
             self.window.wait_for_text("Merhaba!")
             stall = self.responsiveness.take_longest()
-            self.figures.add("100,000 interim answers", milliseconds(stall), "answered")
+            self.figures.add("100,000 interim answers", milliseconds(stall), "answered",
+                             self.most_memory())
 
     def test_addresses_that_lead_nowhere(self):
         nowhere = [
@@ -199,7 +212,7 @@ class BrokenNetwork(Scenario):
             time.sleep(3)
             self.assertEqual(service.requests, [REPLY])
             self.figures.add("a byte at a time", milliseconds(self.responsiveness.take_longest()),
-                             "never: closed")
+                             "never: closed", self.most_memory())
         self.assertEqual(self.read_archive()["sessions"][0]["messages"][-1]["content"],
                          "Damla damla")
 

@@ -3,17 +3,15 @@
 import http.server
 import json
 import os
-import re
 import threading
 import time
 import unittest
 from contextlib import contextmanager
-from pathlib import Path
 
 from gi.repository import Atspi
 
 from completion_service import MEMORY, REPLY, TITLE
-from figures import Figures, milliseconds
+from figures import Figures, megabytes, milliseconds
 from responsiveness import Responsiveness
 from scenario import KEY, Scenario
 from waiting import wait_until
@@ -249,14 +247,8 @@ class HostileReplies(Scenario):
             time.sleep(1)
             stall = self.responsiveness.take_longest()
             self.assertFalse(self.responsiveness.gone, "the program has ended")
-            self.figures.add(name, milliseconds(stall), milliseconds(saved), self.memory())
+            self.figures.add(name, milliseconds(stall), milliseconds(saved), megabytes(self.talvo.process_id()))
             self.assertLess(stall, FROZEN)
-
-    def memory(self):
-        """The most that the program has had in memory."""
-        status = Path(f"/proc/{self.talvo.process_id()}/status").read_text(encoding="ascii")
-        kilobytes = int(re.search(r"VmHWM:\s+(\d+)", status).group(1))
-        return f"{kilobytes // 1024} MB"
 
 
 if __name__ == "__main__":
