@@ -1,6 +1,7 @@
 #include "Completion/CompletionTransfer.h"
 
 #include "Completion/SingleUseBody.h"
+#include "Platform/SecretMemory.h"
 
 #include <QNetworkAccessManager>
 
@@ -58,6 +59,7 @@ CompletionTransfer::CompletionTransfer(QNetworkAccessManager &session,
                                        std::chrono::milliseconds idleTimeout)
     // With a parent it also goes when the event loop runs no more.
     : QObject(&session)
+    , m_authorization(request.rawHeader("Authorization"))
 {
     QNetworkRequest sized(request);
     sized.setHeader(QNetworkRequest::ContentLengthHeader, body.size());
@@ -73,6 +75,15 @@ CompletionTransfer::CompletionTransfer(QNetworkAccessManager &session,
     connect(m_reply, &QNetworkReply::finished, this, &CompletionTransfer::collect);
     watchForSilence(idleTimeout);
     watchWhatIsHeldBack();
+}
+
+CompletionTransfer::~CompletionTransfer()
+{
+    if (m_reply) {
+        m_reply->disconnect(this); // it may say something while it goes
+        delete m_reply;
+    }
+    wipe(m_authorization);
 }
 
 /// An answer whose head has no end, and the body of a 401 or 407, stay with the library until they
