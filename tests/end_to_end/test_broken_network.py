@@ -6,7 +6,9 @@ next message is answered as if nothing had been.
 
 import gzip
 import os
+import signal
 import ssl
+import threading
 import time
 import unittest
 import warnings
@@ -124,12 +126,12 @@ class BrokenNetwork(Scenario):
         self.assertEqual(self.read_archive()["sessions"][0]["messages"][-1]["content"], name,
                          "the message is kept")
 
-    def expect_answer(self, service):
+    def expect_answer(self, service, requests=3):
         service.fault = sound_answer
         before = len(service.requests)
         self.send("Sağ mısın?")
         self.window.wait_for_text("Merhaba!")
-        wait_until(lambda: len(service.requests) >= before + 3, "the requests after the reply")
+        wait_until(lambda: len(service.requests) >= before + requests, "the requests after the reply")
         self.assertEqual(service.requests[before], REPLY)
 
     def test_every_fault_has_its_sentence_and_the_next_message_is_answered(self):
@@ -215,6 +217,74 @@ class BrokenNetwork(Scenario):
                              "never: closed", self.most_memory())
         self.assertEqual(self.read_archive()["sessions"][0]["messages"][-1]["content"],
                          "Damla damla")
+
+    def asleep(self, seconds=0.0):
+        """The program is stopped, as in a laptop whose lid is shut."""
+        self.talvo.send_signal(signal.SIGSTOP)
+        wait_until(lambda: self.process_state() == "T", "the program asleep")
+        time.sleep(seconds)
+
+    def process_state(self):
+        status = Path(f"/proc/{self.talvo.process_id()}/stat").read_text(encoding="utf-8")
+        return status.rpartition(")")[2].split()[0]
+
+    def wake(self):
+        self.talvo.send_signal(signal.SIGCONT)
+
+    def test_a_laptop_that_sleeps_while_the_service_answers(self):
+        answer, asleep = threading.Event(), threading.Event()
+
+        def later(connection, service):
+            answer.wait(60)
+            sound_answer(connection, service)
+            asleep.set()
+
+        with self.faulty_service() as service, self.watched_window():
+            service.fault = later
+            self.send("Uyku")
+            wait_until(lambda: service.requests, "the request")
+            service.fault = sound_answer
+            self.asleep()
+            answer.set()
+            asleep.wait(60)
+            self.wake()
+            self.window.wait_for_text("Merhaba!")
+            wait_until(lambda: len(service.requests) >= 3, "the requests after the reply")
+            self.expect_answer(service, requests=2) # the conversation has its title by now
+
+    def test_a_laptop_that_sleeps_while_the_connection_goes(self):
+        gone = threading.Event()
+
+        def vanish(connection, service):
+            gone.wait(60)
+            reset(connection, service)
+
+        with self.faulty_service() as service, self.watched_window():
+            service.fault = vanish
+            self.send("Uyku")
+            wait_until(lambda: service.requests, "the request")
+            self.asleep()
+            gone.set()
+            self.wake()
+            self.window.wait_for_text(LOST)
+            press(self.window.get(BUTTON, "Tamam"))
+            self.window.wait_without_text("Bir sorun oluştu")
+            self.expect_answer(service)
+
+    @unittest.skipUnless("TALVO_LONG" in os.environ, "takes a minute: part of the long form")
+    def test_a_laptop_that_sleeps_longer_than_any_limit(self):
+        """The clock that limits run by goes on here, which it does not in a real sleep: on waking the
+        silence counts as too long. Either way there is a sentence, and the next message is answered."""
+        with self.faulty_service() as service, self.watched_window():
+            service.fault = silent
+            self.send("Uzun uyku")
+            wait_until(lambda: service.requests, "the request")
+            self.asleep(65)
+            self.wake()
+            self.window.wait_for_text(TIMED_OUT)
+            press(self.window.get(BUTTON, "Tamam"))
+            self.window.wait_without_text("Bir sorun oluştu")
+            self.expect_answer(service)
 
     @unittest.skipUnless("TALVO_LONG" in os.environ, "takes a minute: part of the long form")
     def test_silence_has_a_limit(self):
