@@ -171,24 +171,19 @@ Item {
         }
 
         function test_hoverShowsWhereALinkLeads_data() {
-            return [
-                {
-                    tag: "plain",
-                    label: "ab"
-                },
-                {
-                    tag: "another address as its text",
-                    label: "https://banka.example/"
-                },
-                {
-                    tag: "written from right to left",
-                    label: "\u202emoc.elpmaxe\u202c"
-                },
-                {
-                    tag: "an isolate that is not closed",
-                    label: "\u2067ab"
-                }
-            ];
+            return [{
+                    "tag": "plain",
+                    "label": "ab"
+                }, {
+                    "tag": "another address as its text",
+                    "label": "https://banka.example/"
+                }, {
+                    "tag": "written from right to left",
+                    "label": "\u202emoc.elpmaxe\u202c"
+                }, {
+                    "tag": "an isolate that is not closed",
+                    "label": "\u2067ab"
+                }];
         }
 
         function test_hoverShowsWhereALinkLeads(data) {
