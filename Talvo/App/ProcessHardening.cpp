@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <csignal>
 #include <sys/resource.h>
 
 namespace Talvo {
@@ -16,6 +17,17 @@ void refuseCoreDumps()
         filter.write("0");
     }
 #endif
+}
+
+void surviveFileSizeLimit()
+{
+    // A handler, not SIG_IGN: that would be passed on to the programs that open links.
+    struct sigaction action
+    {
+    };
+    action.sa_handler = [](int) {};
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGXFSZ, &action, nullptr);
 }
 
 } // namespace Talvo

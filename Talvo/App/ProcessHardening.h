@@ -9,4 +9,9 @@ namespace Talvo {
 /// ask them, which they may not otherwise.
 void refuseCoreDumps();
 
+/// Makes a write beyond the limit on the size of files fail with EFBIG, as the disk's other
+/// failures do; by default it would end the process. Programs that are started later are not
+/// affected.
+void surviveFileSizeLimit();
+
 } // namespace Talvo

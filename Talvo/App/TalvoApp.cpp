@@ -1,5 +1,6 @@
 #include "App/TalvoApp.h"
 
+#include "App/MuteSessionBus.h"
 #include "App/ProcessHardening.h"
 #include "App/RefusingNetworkFactory.h"
 #include "App/SingleInstance.h"
@@ -19,6 +20,7 @@
 #include <QtQml/QQmlExtensionPlugin>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 Q_IMPORT_QML_PLUGIN(Talvo_ViewsPlugin)
@@ -28,6 +30,10 @@ namespace Talvo::TalvoApp {
 namespace {
 
 constexpr int failureExitCode = 1;
+
+/// Longer than a busy desktop needs to say hello at login, and short enough for a user to wait for
+/// a window.
+constexpr std::chrono::seconds sessionBusBound{4};
 
 bool hasGraphicsCard()
 {
@@ -100,6 +106,8 @@ AppSetup defaultSetup()
 int run(int argc, char **argv, const AppSetup &setup)
 {
     refuseCoreDumps();
+    surviveFileSizeLimit();
+    avoidMuteSessionBus(sessionBusBound);
     QGuiApplication application(argc, argv);
     chooseRenderer();
     QGuiApplication::setApplicationName(QStringLiteral("talvo"));

@@ -18,6 +18,9 @@ namespace Talvo {
 /// order of the calls, on values; a call never blocks its caller. The returned futures carry the
 /// result or the error and may be awaited on any thread. Destruction waits for everything that was
 /// asked for, so that no save that was started is lost.
+///
+/// Nobody else is expected to write the file meanwhile: what another program changes there after
+/// the load is neither noticed nor merged, and the next save replaces it.
 class ChatArchiveStore
 {
 public:

@@ -1,6 +1,7 @@
 #include "Completion/CompletionTransfer.h"
 
 #include "Completion/SingleUseBody.h"
+#include "Platform/SecretMemory.h"
 
 #include <QNetworkAccessManager>
 
@@ -13,6 +14,9 @@ namespace {
 
 /// What the network thread holds ready at most while the GUI thread is busy.
 constexpr qint64 readBufferSize = 256LL * 1024;
+
+/// How often is asked what the network library holds back.
+constexpr std::chrono::milliseconds heldBackInterval{200};
 
 /// Statuses that come without a body, whatever Content-Length says (RFC 9110).
 bool hasNoBody(int status)
@@ -55,6 +59,7 @@ CompletionTransfer::CompletionTransfer(QNetworkAccessManager &session,
                                        std::chrono::milliseconds idleTimeout)
     // With a parent it also goes when the event loop runs no more.
     : QObject(&session)
+    , m_authorization(request.rawHeader("Authorization"))
 {
     QNetworkRequest sized(request);
     sized.setHeader(QNetworkRequest::ContentLengthHeader, body.size());
@@ -69,6 +74,34 @@ CompletionTransfer::CompletionTransfer(QNetworkAccessManager &session,
     connect(m_reply, &QNetworkReply::readyRead, this, &CompletionTransfer::collect);
     connect(m_reply, &QNetworkReply::finished, this, &CompletionTransfer::collect);
     watchForSilence(idleTimeout);
+    watchWhatIsHeldBack();
+}
+
+CompletionTransfer::~CompletionTransfer()
+{
+    if (m_reply) {
+        m_reply->disconnect(this); // it may say something while it goes
+        delete m_reply;
+    }
+    wipe(m_authorization);
+}
+
+/// An answer whose head has no end, and the body of a 401 or 407, stay with the library until they
+/// are whole: nothing of them is counted by collect(), and they would fill the memory.
+void CompletionTransfer::watchWhatIsHeldBack()
+{
+    m_heldBackTimer.setInterval(heldBackInterval);
+    connect(&m_heldBackTimer, &QTimer::timeout, this, &CompletionTransfer::checkHeldBackSize);
+    connect(m_reply, &QNetworkReply::metaDataChanged, &m_heldBackTimer, &QTimer::stop);
+    connect(m_reply, &QNetworkReply::finished, &m_heldBackTimer, &QTimer::stop);
+    m_heldBackTimer.start();
+}
+
+void CompletionTransfer::checkHeldBackSize()
+{
+    if (m_connections.mostReceived() > quint64{maximumBodySize}) {
+        stop(PlatformFailure::replyTooLarge);
+    }
 }
 
 void CompletionTransfer::watchForSilence(std::chrono::milliseconds idleTimeout)

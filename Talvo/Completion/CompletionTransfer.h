@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Completion/NewConnections.h"
 #include "Completion/TransferFailure.h"
 
 #include <QByteArray>
 #include <QNetworkRequest>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 #include <chrono>
@@ -51,6 +53,11 @@ public:
                                        const QNetworkRequest &request, QByteArray body,
                                        std::chrono::milliseconds idleTimeout);
 
+    /// Ends the transfer and wipes the header that carries the key, as far as nobody else holds it
+    /// yet.
+    ~CompletionTransfer() override;
+    Q_DISABLE_COPY_MOVE(CompletionTransfer)
+
     /// To be awaited; owned by the transfer.
     [[nodiscard]] QNetworkReply *reply() const { return m_reply; }
 
@@ -67,12 +74,17 @@ private:
                        QByteArray body, std::chrono::milliseconds idleTimeout);
 
     void watchForSilence(std::chrono::milliseconds idleTimeout);
+    void watchWhatIsHeldBack();
+    void checkHeldBackSize();
     void checkDeclaredSize();
     void collect();
     void stop(PlatformFailure failure);
 
-    QNetworkReply *m_reply;
+    QPointer<QNetworkReply> m_reply; ///< a session that ends deletes it first
+    QByteArray m_authorization;      ///< the value of the header, which the library shares
     QTimer m_idleTimer;
+    NewConnections m_connections;
+    QTimer m_heldBackTimer; ///< runs until the head of the answer is handed on
     QByteArray m_body;
     TransferStage m_stage = TransferStage::connecting;
     /// Why this object itself ended the transfer; the reply says "cancelled" in each case.

@@ -17,6 +17,10 @@
 
 namespace Talvo {
 
+// A parameter of a coroutine is there until whoever awaits it has gone on, and perhaps ended: so
+// these take the key out of theirs, and none of them keeps a copy when sendText() wipes the last
+// one.
+//
 // What is awaited has a name in all of these coroutines: gcc 12 destroys some temporaries of an
 // expression with co_await twice.
 
@@ -97,6 +101,7 @@ QCoro::Task<std::optional<QString>> ChatModel::readKey()
 
 QCoro::Task<> ChatModel::exchange(QUuid sessionID, ChatMessage userMessage, QString apiKey)
 {
+    const QString key = std::exchange(apiKey, {});
     const QPointer<ChatModel> self(this);
     const std::optional<ChatSession> session = sessionWithID(sessionID);
     if (!session) {
@@ -110,7 +115,7 @@ QCoro::Task<> ChatModel::exchange(QUuid sessionID, ChatMessage userMessage, QStr
     std::optional<QString> failure;
     try {
         QCoro::Task<QByteArray> completion =
-            m_client->complete(history, apiKey, m_selectedModel, Prompts::system(m_memory));
+            m_client->complete(history, key, m_selectedModel, Prompts::system(m_memory));
         reply = co_await completion;
     } catch (const std::exception &error) {
         failure = localizedDescription(error);
@@ -133,11 +138,11 @@ QCoro::Task<> ChatModel::exchange(QUuid sessionID, ChatMessage userMessage, QStr
     }
     ChatMessageList conversation = history;
     conversation.append(assistantMessage);
-    co_await generateTitleIfNeeded(sessionID, conversation, apiKey);
+    co_await generateTitleIfNeeded(sessionID, conversation, key);
     if (!self || m_isClosing) {
         co_return;
     }
-    co_await updateMemory(userMessage, assistantMessage, apiKey);
+    co_await updateMemory(userMessage, assistantMessage, key);
     if (self) {
         finishSending();
     }
@@ -146,6 +151,7 @@ QCoro::Task<> ChatModel::exchange(QUuid sessionID, ChatMessage userMessage, QStr
 QCoro::Task<> ChatModel::generateTitleIfNeeded(QUuid sessionID, ChatMessageList conversation,
                                                QString apiKey)
 {
+    const QString key = std::exchange(apiKey, {});
     const QPointer<ChatModel> self(this);
     const auto hasDefaultTitle = [this, sessionID] {
         const auto session = findSession(sessionID);
@@ -157,7 +163,7 @@ QCoro::Task<> ChatModel::generateTitleIfNeeded(QUuid sessionID, ChatMessageList 
     QByteArray reply;
     try {
         QCoro::Task<QByteArray> completion =
-            m_client->complete(conversation, apiKey, m_selectedModel, Prompts::titleInstruction());
+            m_client->complete(conversation, key, m_selectedModel, Prompts::titleInstruction());
         reply = co_await completion;
     } catch (const std::exception &) {
         // A conversation without a title of its own is no reason to disturb the user; the next
@@ -182,13 +188,14 @@ QCoro::Task<> ChatModel::generateTitleIfNeeded(QUuid sessionID, ChatMessageList 
 QCoro::Task<> ChatModel::updateMemory(ChatMessage userMessage, ChatMessage assistantMessage,
                                       QString apiKey)
 {
+    const QString key = std::exchange(apiKey, {});
     const QPointer<ChatModel> self(this);
     const ChatMessageList request{ChatMessage::make(
         ChatMessage::Role::user, Prompts::memoryRequest(m_memory, userMessage, assistantMessage))};
     QByteArray reply;
     try {
         QCoro::Task<QByteArray> completion =
-            m_client->complete(request, apiKey, m_selectedModel, Prompts::memoryInstruction());
+            m_client->complete(request, key, m_selectedModel, Prompts::memoryInstruction());
         reply = co_await completion;
     } catch (const std::exception &) {
         // The memory keeps its value; the exchange itself is already saved.

@@ -1,10 +1,13 @@
 #include "App/ProcessHardening.h"
 
 #include <QFile>
+#include <QTemporaryFile>
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <sys/resource.h>
+#include <unistd.h>
 
 TEST(ProcessHardening, leavesNothingForACoreDump)
 {
@@ -20,4 +23,24 @@ TEST(ProcessHardening, leavesNothingForACoreDump)
     ASSERT_TRUE(filter.open(QIODevice::ReadOnly));
     EXPECT_EQ(filter.readAll().trimmed().toInt(nullptr, 16), 0);
 #endif
+}
+
+TEST(ProcessHardening, aWriteBeyondTheLimitFailsAndEndsNothing)
+{
+    Talvo::surviveFileSizeLimit();
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    rlimit previous{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &previous), 0);
+    const rlimit small{4096, previous.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const QByteArray bytes(4096, 'x');
+    const auto within = ::write(file.handle(), bytes.constData(), 4096);
+    const auto beyond = ::write(file.handle(), bytes.constData(), 4096);
+    const int systemError = errno;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &previous), 0);
+
+    EXPECT_EQ(within, 4096);
+    EXPECT_EQ(beyond, -1);
+    EXPECT_EQ(systemError, EFBIG);
 }

@@ -277,6 +277,28 @@ TEST(GroqClientTransfer, stopsAtABodyAboveTheBound)
     }
 }
 
+TEST(GroqClientTransfer, stopsAtWhatTheLibraryHoldsBack)
+{
+    const QByteArray block(64LL * 1024, 'x');
+    const auto refusal = [&block](int status, const QByteArray &challenge) {
+        return ScriptedAnswer::head(status, {{challenge, "Basic realm=\"x\""}})
+            .sending(block, 1'000'000)
+            .then(End::close);
+    };
+    const std::pair<const char *, ScriptedAnswer> answers[] = {
+        {"refusal", refusal(401, "X-Nothing")},
+        {"challenge", refusal(401, "WWW-Authenticate")},
+        {"challengeOfAProxy", refusal(407, "Proxy-Authenticate")},
+    };
+    for (const auto &[name, answer] : answers) {
+        SCOPED_TRACE(name);
+        const LoopbackService service({answer});
+        const CallEnd end = ClientCall(service).end();
+        EXPECT_EQ(end.failure, PlatformFailure::replyTooLarge) << qPrintable(end.description);
+        EXPECT_TRUE(awaitedCondition([&] { return service.openConnectionCount() == 0; }));
+    }
+}
+
 TEST(GroqClientTransfer, isNotFloodedWhileTheThreadIsBusy)
 {
     const QByteArray block(64LL * 1024, 'x');

@@ -326,6 +326,17 @@ TEST_F(SecretServiceTest, aBusThatEndedIsNotAvailable)
     expectEveryOperation(operations(), KeychainStatuses::notAvailable);
 }
 
+TEST_F(SecretServiceTest, onlyABusThatKeepsItsClientsWaitingIsMute)
+{
+    EXPECT_FALSE(isSessionBusMute(1min));
+    bus->process().sendSignal(SIGSTOP);
+    EXPECT_TRUE(isSessionBusMute(150ms));
+    bus->process().sendSignal(SIGCONT);
+    EXPECT_FALSE(isSessionBusMute(1min));
+    bus->process().kill();
+    EXPECT_FALSE(isSessionBusMute(1min)) << "what refuses says so at once";
+}
+
 TEST(SystemKeychain, isNotAvailableWhereNoBusListens)
 {
     for (const char *address : {"nonsense", "autolaunch:", "unix:path=/nonexistent/bus",

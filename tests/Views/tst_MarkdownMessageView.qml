@@ -170,8 +170,24 @@ Item {
             compare(texts[0].selectedText, "iki");
         }
 
-        function test_hoverShowsWhereALinkLeads() {
-            const item = shown("[ab](https://example.com/gizli) son");
+        function test_hoverShowsWhereALinkLeads_data() {
+            return [{
+                    "tag": "plain",
+                    "label": "ab"
+                }, {
+                    "tag": "another address as its text",
+                    "label": "https://banka.example/"
+                }, {
+                    "tag": "written from right to left",
+                    "label": "\u202emoc.elpmaxe\u202c"
+                }, {
+                    "tag": "an isolate that is not closed",
+                    "label": "\u2067ab"
+                }];
+        }
+
+        function test_hoverShowsWhereALinkLeads(data) {
+            const item = shown("[" + data.label + "](https://example.com/gizli) son");
             const text = Probe.find(item, "MarkdownText")[0];
             const hint = () => Probe.find(scene.Window.contentItem, "QQuickText").some(label => label.visible && label.text === "https://example.com/gizli");
             mouseMove(text, 300, text.height / 2);

@@ -20,6 +20,7 @@ TARGETS = {
     "InlineMarkdown": "markdown.dict",
     "MarkdownBlocks": "markdown.dict",
     "MarkdownTitle": "markdown.dict",
+    "TitleCleaning": "markdown.dict",
 }
 
 FOLDER = ROOT / "build/lint/fuzz"

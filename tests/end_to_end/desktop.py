@@ -62,6 +62,13 @@ class Desktop:
         command = ["secret-tool", "clear", "service", "com.talvo.groq", "account", "groq-api-key"]
         subprocess.run(command, env=self.environment, capture_output=True)
 
+    def restart_keyring(self):
+        """Ends the keyring's service and starts another."""
+        self.keyring.kill()
+        self.keyring.wait()
+        wait_until(lambda: not self._keyring_is_on_the_bus(), "the keyring off the bus")
+        self._start_keyring()
+
     def _start(self, *command, **options):
         process = subprocess.Popen(
             command, env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,

@@ -1,6 +1,10 @@
 """What a campaign measured: printed as a table, and kept out of the tests' verdicts."""
 
 
+import re
+from pathlib import Path
+
+
 class Figures:
     """Rows of one table, printed when it is complete."""
 
@@ -21,3 +25,10 @@ class Figures:
 
 def milliseconds(seconds):
     return f"{seconds * 1000:.0f} ms"
+
+
+def megabytes(process_id):
+    """The most memory that a process has had so far."""
+    status = Path(f"/proc/{process_id}/status").read_text(encoding="ascii")
+    kilobytes = int(re.search(r"VmHWM:\s+(\d+)", status).group(1))
+    return f"{kilobytes // 1024} MB"

@@ -12,10 +12,10 @@ from pathlib import Path
 
 SEPARATE = ["--net", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc"]
 
-#: Ways in, the first that works is taken: as any user, and as root where users may not do that.
+#: Ways in, the first that works is taken: as root, who then has other users beside him, and as any user.
 WAYS = [
-    ["unshare", "--user", "--map-root-user", *SEPARATE],
     ["unshare", *SEPARATE],
+    ["unshare", "--user", "--map-root-user", *SEPARATE],
 ]
 
 
@@ -29,7 +29,7 @@ def find_way():
         )
         if probe.returncode == 0:
             return way, None
-        refusal = refusal or probe.stderr.strip() or "unshare failed"
+        refusal = probe.stderr.strip() or "unshare failed"
     return None, refusal
 
 

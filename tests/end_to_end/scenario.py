@@ -47,15 +47,17 @@ class Talvo:
         """The program's own process, also when a tracer started it."""
         if not self._wrapped:
             return self._process.pid
-        children = Path(f"/proc/{self._process.pid}/task/{self._process.pid}/children")
         name = Path(os.environ["TALVO_EXECUTABLE"]).name
-        def traced():
-            for child in children.read_text(encoding="ascii").split():
-                if Path(f"/proc/{child}/comm").read_text(encoding="utf-8").strip() == name:
-                    return int(child)
+        own = self._process.pid # of a wrapper that has made room for the program
+        children = Path(f"/proc/{own}/task/{own}/children")
+
+        def wrapped():
+            for candidate in [own, *children.read_text(encoding="ascii").split()]:
+                if Path(f"/proc/{candidate}/comm").read_text(encoding="utf-8").strip() == name:
+                    return int(candidate)
             return None
 
-        return wait_until(traced, "the traced program")
+        return wait_until(wrapped, "the wrapped program")
 
     def is_running(self):
         return self._process.poll() is None
@@ -130,7 +132,7 @@ class Scenario(unittest.TestCase):
         """The archive as it is on the disk now, or None; it has to be whole at any moment."""
         try:
             return json.loads(self.archive_path.read_text(encoding="utf-8"))
-        except FileNotFoundError:
+        except (FileNotFoundError, NotADirectoryError):
             return None
 
     def _report(self):

@@ -6,7 +6,9 @@ next message is answered as if nothing had been.
 
 import gzip
 import os
+import signal
 import ssl
+import threading
 import time
 import unittest
 import warnings
@@ -19,7 +21,7 @@ from completion_service import HOST, REPLY
 from faulty_service import (
     FaultyService, dripping, head, reset, sending, sending_after, silent, sound_answer, speaking,
 )
-from figures import Figures, milliseconds
+from figures import Figures, megabytes, milliseconds
 from scenario import KEY, Scenario
 from waiting import wait_until
 from window import BUTTON, content_of, enter_text, press
@@ -54,6 +56,15 @@ FAULTS = [
     ("1 GB body, in chunks", GIGABYTE_IN_CHUNKS, TOO_LARGE),
     ("1 GB body, by connection", sending_after(head(), MEGABYTE, 1024), TOO_LARGE),
     ("1 GB of error body", sending_after(head("500 No"), MEGABYTE, 1024), TOO_LARGE),
+    ("a head of header lines for ever",
+     sending_after(b"HTTP/1.1 200 OK\r\n", b"X-Filler: " + MEGABYTE + b"\r\n", 10_000), TOO_LARGE),
+    ("a header line for ever",
+     sending_after(b"HTTP/1.1 200 OK\r\nX-Filler: ", MEGABYTE, 10_000), TOO_LARGE),
+    ("1 GB of 401", sending_after(head("401 No"), MEGABYTE, 1024), TOO_LARGE),
+    ("1 GB of a challenge",
+     sending_after(head("401 No", "WWW-Authenticate: Basic realm=x"), MEGABYTE, 1024), TOO_LARGE),
+    ("1 GB of a proxy's challenge",
+     sending_after(head("407 No", "Proxy-Authenticate: Basic realm=x"), MEGABYTE, 1024), TOO_LARGE),
     ("gzip bomb",
      sending(head("200 OK", "Content-Encoding: gzip") + gzip.compress(b"{" + bytes(1 << 28), 1)),
      NOT_DECODABLE),
@@ -66,7 +77,7 @@ FAULTS = [
 
 class BrokenNetwork(Scenario):
     figures = Figures("Broken network: the longest stall of the main thread",
-                      "fault", "longest stall", "until the sentence")
+                      "fault", "longest stall", "until the sentence", "most memory so far")
 
     @classmethod
     def tearDownClass(cls):
@@ -90,6 +101,9 @@ class BrokenNetwork(Scenario):
             yield
         self.close()
 
+    def most_memory(self):
+        return megabytes(self.talvo.process_id())
+
     def send(self, text):
         wait_until(lambda: content_of(self.composer()) == "", "an empty composer")
         enter_text(self.composer(), text)
@@ -102,18 +116,18 @@ class BrokenNetwork(Scenario):
         self.window.wait_for_text(sentence, seconds)
         duration = time.monotonic() - start
         stall = self.responsiveness.take_longest()
-        self.figures.add(name, milliseconds(stall), milliseconds(duration))
+        self.figures.add(name, milliseconds(stall), milliseconds(duration), self.most_memory())
         press(self.window.get(BUTTON, "Tamam"))
         self.window.wait_without_text("Bir sorun oluştu")
         self.assertEqual(self.read_archive()["sessions"][0]["messages"][-1]["content"], name,
                          "the message is kept")
 
-    def expect_answer(self, service):
+    def expect_answer(self, service, requests=3):
         service.fault = sound_answer
         before = len(service.requests)
         self.send("Sağ mısın?")
         self.window.wait_for_text("Merhaba!")
-        wait_until(lambda: len(service.requests) >= before + 3, "the requests after the reply")
+        wait_until(lambda: len(service.requests) >= before + requests, "the requests after the reply")
         self.assertEqual(service.requests[before], REPLY)
 
     def test_every_fault_has_its_sentence_and_the_next_message_is_answered(self):
@@ -137,7 +151,8 @@ class BrokenNetwork(Scenario):
             self.send("Fırtına")
             self.window.wait_for_text("Merhaba!")
             stall = self.responsiveness.take_longest()
-            self.figures.add("100,000 interim answers", milliseconds(stall), "answered")
+            self.figures.add("100,000 interim answers", milliseconds(stall), "answered",
+                             self.most_memory())
 
     def test_addresses_that_lead_nowhere(self):
         nowhere = [
@@ -195,9 +210,77 @@ class BrokenNetwork(Scenario):
             time.sleep(3)
             self.assertEqual(service.requests, [REPLY])
             self.figures.add("a byte at a time", milliseconds(self.responsiveness.take_longest()),
-                             "never: closed")
+                             "never: closed", self.most_memory())
         self.assertEqual(self.read_archive()["sessions"][0]["messages"][-1]["content"],
                          "Damla damla")
+
+    def asleep(self, seconds=0.0):
+        """The program is stopped, as in a laptop whose lid is shut."""
+        self.talvo.send_signal(signal.SIGSTOP)
+        wait_until(lambda: self.process_state() == "T", "the program asleep")
+        time.sleep(seconds)
+
+    def process_state(self):
+        status = Path(f"/proc/{self.talvo.process_id()}/stat").read_text(encoding="utf-8")
+        return status.rpartition(")")[2].split()[0]
+
+    def wake(self):
+        self.talvo.send_signal(signal.SIGCONT)
+
+    def test_a_laptop_that_sleeps_while_the_service_answers(self):
+        answer, asleep = threading.Event(), threading.Event()
+
+        def later(connection, service):
+            answer.wait(60)
+            sound_answer(connection, service)
+            asleep.set()
+
+        with self.faulty_service() as service, self.watched_window():
+            service.fault = later
+            self.send("Uyku")
+            wait_until(lambda: service.requests, "the request")
+            service.fault = sound_answer
+            self.asleep()
+            answer.set()
+            asleep.wait(60)
+            self.wake()
+            self.window.wait_for_text("Merhaba!")
+            wait_until(lambda: len(service.requests) >= 3, "the requests after the reply")
+            self.expect_answer(service, requests=2) # the conversation has its title by now
+
+    def test_a_laptop_that_sleeps_while_the_connection_goes(self):
+        gone = threading.Event()
+
+        def vanish(connection, service):
+            gone.wait(60)
+            reset(connection, service)
+
+        with self.faulty_service() as service, self.watched_window():
+            service.fault = vanish
+            self.send("Uyku")
+            wait_until(lambda: service.requests, "the request")
+            self.asleep()
+            gone.set()
+            self.wake()
+            self.window.wait_for_text(LOST)
+            press(self.window.get(BUTTON, "Tamam"))
+            self.window.wait_without_text("Bir sorun oluştu")
+            self.expect_answer(service)
+
+    @unittest.skipUnless("TALVO_LONG" in os.environ, "takes a minute: part of the long form")
+    def test_a_laptop_that_sleeps_longer_than_any_limit(self):
+        """The clock that limits run by goes on here, which it does not in a real sleep: on waking the
+        silence counts as too long. Either way there is a sentence, and the next message is answered."""
+        with self.faulty_service() as service, self.watched_window():
+            service.fault = silent
+            self.send("Uzun uyku")
+            wait_until(lambda: service.requests, "the request")
+            self.asleep(65)
+            self.wake()
+            self.window.wait_for_text(TIMED_OUT)
+            press(self.window.get(BUTTON, "Tamam"))
+            self.window.wait_without_text("Bir sorun oluştu")
+            self.expect_answer(service)
 
     @unittest.skipUnless("TALVO_LONG" in os.environ, "takes a minute: part of the long form")
     def test_silence_has_a_limit(self):

@@ -3,16 +3,14 @@
 import http.server
 import json
 import os
-import re
 import threading
 import time
 import unittest
-from pathlib import Path
 
 from gi.repository import Atspi
 
 from completion_service import MEMORY, REPLY, TITLE
-from figures import Figures, milliseconds
+from figures import Figures, megabytes, milliseconds
 from scenario import KEY, Scenario
 from waiting import wait_until
 from window import BUTTON, enter_text, press
@@ -235,14 +233,8 @@ class HostileReplies(Scenario):
             time.sleep(1)
             stall = self.responsiveness.take_longest()
             self.assertFalse(self.responsiveness.gone, "the program has ended")
-            self.figures.add(name, milliseconds(stall), milliseconds(saved), self.memory())
+            self.figures.add(name, milliseconds(stall), milliseconds(saved), megabytes(self.talvo.process_id()))
             self.assertLess(stall, FROZEN)
-
-    def memory(self):
-        """The most that the program has had in memory."""
-        status = Path(f"/proc/{self.talvo.process_id()}/status").read_text(encoding="ascii")
-        kilobytes = int(re.search(r"VmHWM:\s+(\d+)", status).group(1))
-        return f"{kilobytes // 1024} MB"
 
 
 if __name__ == "__main__":
