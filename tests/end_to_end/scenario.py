@@ -13,10 +13,12 @@ from certificates import Identity
 from completion_service import CompletionService
 from desktop import Desktop
 from responsiveness import Responsiveness
+from secret import Secret
 from waiting import wait_until
 from window import FIELD, Window
 
 KEY = "gsk_uctan_uca_deneme"
+SECRET = Secret(KEY)
 
 
 @dataclass
@@ -83,9 +85,12 @@ class Scenario(unittest.TestCase):
         self.desktop.clear_secret()
         self.home = Path(tempfile.mkdtemp(prefix="home-", dir=world.scratch))
         self.archive_path = self.home / ".local/share/Talvo/chat-archive.json"
+        temporary = self.home / "temporary"
+        temporary.mkdir()
         self.environment = {
             **self.desktop.environment,
             "HOME": str(self.home),
+            "TMPDIR": str(temporary),
             **{name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")},
         }
         self.service = self.enterContext(CompletionService(world.identity, self.read_archive))
@@ -99,6 +104,7 @@ class Scenario(unittest.TestCase):
             self._report()
         for talvo in self._started:
             talvo.kill()
+        self.assertEqual(SECRET.holders(self.home), [], "whatever happened, the key is in no file")
 
     def start(self, wrapper=()):
         """Starts Talvo and gives back its window, which appears in its own time."""

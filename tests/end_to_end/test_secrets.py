@@ -1,7 +1,5 @@
 """The key stays between the keyring, this process and the service."""
 
-import base64
-import re
 import subprocess
 import unittest
 from pathlib import Path
@@ -10,57 +8,17 @@ import scenario
 from completion_service import REPLY
 from figures import Figures
 from scenario import Scenario
+from secret import Secret
 from waiting import wait_until
 from window import BUTTON, FIELD, content_of, enter_text, press
 
 #: Found nowhere by chance.
 KEY = "gsk_7hQz2mVxT9pLwK4nRb8sYc3f"
 
-#: The ways in which the key may lie about.
-FORMS = {
-    "UTF-8": KEY.encode(),
-    "UTF-16": KEY.encode("utf-16-le"),
-    "Base64": base64.b64encode(KEY.encode())[:-4],
-    "reversed": KEY[::-1].encode(),
-}
-
-
-def holders(folder):
-    """The files below a folder that hold the key in one of its forms, as `file: form`."""
-    found = []
-    for path in Path(folder).rglob("*"):
-        if path.is_file() and not path.is_symlink():
-            content = path.read_bytes()
-            found += [f"{path}: {form}" for form, key in FORMS.items() if key in content]
-    return found
-
-
-def copies_in_memory(process_id):
-    """How often each form of the key lies in the writable memory of a process."""
-    copies = dict.fromkeys(FORMS, 0)
-    with open(f"/proc/{process_id}/mem", "rb", buffering=0) as memory:
-        for line in Path(f"/proc/{process_id}/maps").read_text(encoding="utf-8").splitlines():
-            match = re.match(r"(\w+)-(\w+) rw", line)
-            if not match:
-                continue
-            start, end = (int(number, 16) for number in match.groups())
-            try:
-                memory.seek(start)
-                content = memory.read(end - start)
-            except (OSError, OverflowError, ValueError):
-                continue # mapped, but not to be read
-            for form, key in FORMS.items():
-                copies[form] += content.count(key)
-    return copies
+SECRET = Secret(KEY)
 
 
 class Secrets(Scenario):
-    def setUp(self):
-        super().setUp()
-        self.temporary = self.home / "temporary"
-        self.temporary.mkdir()
-        self.environment["TMPDIR"] = str(self.temporary)
-
     def send(self, text, requests):
         enter_text(self.composer(), text)
         press(self.window.get(BUTTON, "Mesajı gönder"))
@@ -102,19 +60,19 @@ class Secrets(Scenario):
         for name in ("environ", "cmdline"):
             self.assertNotIn(KEY.encode(), Path(f"/proc/{process_id}/{name}").read_bytes())
         self.assertNotIn(KEY, "\n".join(self.window.texts()))
-        self.assertEqual(holders(scenario.world.scratch), [])
-        self.assertEqual(holders("/dev/shm"), [])
+        self.assertEqual(SECRET.holders(scenario.world.scratch), [])
+        self.assertEqual(SECRET.holders("/dev/shm"), [])
 
         # What this program itself held of the key is wiped when the exchange is over. The heads of the
         # requests, in UTF-8, stay in memory that the network library and OpenSSL have freed.
-        wait_until(lambda: copies_in_memory(process_id)["UTF-16"] == 0, "the end of the key's copies")
+        wait_until(lambda: SECRET.copies_in_memory(process_id)["UTF-16"] == 0, "the end of the key's copies")
         figures = Figures("The key in the memory of the idle program", "form", "copies")
-        for form, count in copies_in_memory(process_id).items():
+        for form, count in SECRET.copies_in_memory(process_id).items():
             figures.add(form, count)
         figures.print()
 
         self.close()
-        self.assertEqual(holders(scenario.world.scratch), [])
+        self.assertEqual(SECRET.holders(scenario.world.scratch), [])
         self.output.seek(0)
         self.assertNotIn(KEY, self.output.read())
         self.assertEqual(self.archive_path.stat().st_mode & 0o777, 0o600)
@@ -125,13 +83,13 @@ class Secrets(Scenario):
         self.save_key_in_settings()
         self.assertEqual(self.desktop.secret(), KEY)
         self.close()
-        self.assertEqual(holders(scenario.world.scratch), [])
+        self.assertEqual(SECRET.holders(scenario.world.scratch), [])
 
     def test_the_search_finds_every_form(self):
-        for form, key in FORMS.items():
+        for form, key in SECRET.forms.items():
             with self.subTest(form=form):
                 (self.home / "planted").write_bytes(b"xx" + key + b"xx")
-                self.assertEqual(holders(self.home), [f"{self.home}/planted: {form}"])
+                self.assertEqual(SECRET.holders(self.home), [f"{self.home}/planted: {form}"])
         (self.home / "planted").unlink()
 
     def test_a_crash_leaves_no_dump(self):
