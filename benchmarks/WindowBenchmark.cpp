@@ -2,8 +2,8 @@
 //
 //   WindowBenchmark open | fling | sidebar | send
 //
-// Prints the milliseconds of each measurement as JSON. Draws with the software renderer, or with what
-// QSG_RHI_BACKEND says: opengl.
+// Prints the milliseconds of each measurement as JSON. Draws with the software renderer, or with
+// what QSG_RHI_BACKEND says: opengl.
 
 #include "standins/FolderFileManager.h"
 #include "support/LocalService.h"

@@ -1,10 +1,11 @@
 #include "Controller/TitleCleaning.h"
 #include "FuzzInput.h"
+#include "FuzzTarget.h"
 
 using namespace Talvo;
 
 /// Whatever the service answers to the request for a title becomes one line without markup.
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QString cleaned = cleanTitle(textOfFuzzInput(data, size));
     failOn(cleaned.isValidUtf16() ? "" : "half a surrogate pair");
