@@ -3,11 +3,11 @@
 // invisible to it, and all that both threads touch would be reported as a race.
 //
 // Here the hand-overs are told to it. Calls of this project's code into Qt are redirected by the
-// linker
-// (--wrap, see CMakeLists.txt beside this file) to the functions below, which call the real ones.
-// Jobs and futures are told one by one. Events have one place in common: whoever is given an event
-// knows of all that was done before any event was posted, which is a little more than Qt promises.
-// What a thread does to another's data without such a hand-over stays a race and is reported.
+// linker (--wrap, see CMakeLists.txt beside this file) to the functions below, which call the real
+// ones. Jobs and futures are told one by one. Events have one place in common: whoever is given an
+// event knows of all that was done before any event was posted, which is a little more than Qt
+// promises. What a thread does to another's data without such a hand-over stays a race and is
+// reported.
 
 #include <QCoreApplication>
 #include <QFutureInterface>
