@@ -55,7 +55,7 @@ class Talvo:
 
         def wrapped():
             for candidate in [own, *children.read_text(encoding="ascii").split()]:
-                if Path(f"/proc/{candidate}/comm").read_text(encoding="utf-8").strip() == name:
+                if _name_of(candidate) == name:
                     return int(candidate)
             return None
 
@@ -75,6 +75,14 @@ class Talvo:
         if self.is_running():
             self._process.kill()
             self._process.wait()
+
+
+def _name_of(process_id):
+    """The name of a process, or None when it has gone: a tracer starts some for a moment."""
+    try:
+        return Path(f"/proc/{process_id}/comm").read_text(encoding="utf-8").strip()
+    except (FileNotFoundError, ProcessLookupError):
+        return None
 
 
 class Scenario(unittest.TestCase):
