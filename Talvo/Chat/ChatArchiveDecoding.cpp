@@ -6,11 +6,12 @@
 #include "Platform/Text.h"
 #include "Platform/UuidText.h"
 
-#include <QtConcurrentMap>
+#include <QThread>
 #include <simdjson.h>
 
 #include <algorithm>
-#include <exception>
+#include <atomic>
+#include <future>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -125,18 +126,37 @@ ChatSession sessionOf(dom::element element)
             required(updatedAt)};
 }
 
-/// Reads records on all processors: nearly all the time goes into making room for their texts.
+/// How many threads read so many sessions together with this one. Nearly all the time goes into
+/// making room for their texts, which more than a few threads do not speed up.
+std::size_t helpersFor(std::size_t sessionCount)
+{
+    constexpr std::size_t worthAThread = 32;
+    constexpr std::size_t most = 3;
+    const auto others = static_cast<std::size_t>(std::max(1, QThread::idealThreadCount())) - 1;
+    return std::min({sessionCount / worthAThread, most, others});
+}
+
 std::vector<ChatSession> sessionsOf(dom::element element)
 {
     std::vector<dom::element> elements;
     for (const dom::element session : valueOf<dom::array>(element)) {
         elements.push_back(session);
     }
-    try {
-        return QtConcurrent::blockingMapped<std::vector<ChatSession>>(elements, sessionOf);
-    } catch (const QUnhandledException &error) {
-        std::rethrow_exception(error.exception());
-    }
+    std::vector<ChatSession> sessions(elements.size());
+    std::atomic<std::size_t> next = 0;
+    const auto readSessions = [&] {
+        for (std::size_t i = next++; i < elements.size(); i = next++) {
+            sessions[i] = sessionOf(elements[i]);
+        }
+    };
+    // Should this thread's part throw, the end of each future still waits for its thread. Where the
+    // system has no thread to spare, this one reads everything.
+    constexpr auto onAnotherThread = std::launch::async | std::launch::deferred;
+    std::vector<std::future<void>> helpers(helpersFor(elements.size()));
+    std::ranges::generate(helpers, [&] { return std::async(onAnotherThread, readSessions); });
+    readSessions();
+    std::ranges::for_each(helpers, &std::future<void>::get);
+    return sessions;
 }
 
 ChatArchive archiveOf(dom::element element)

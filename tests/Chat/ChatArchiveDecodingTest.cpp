@@ -319,6 +319,22 @@ TEST(ChatArchiveDecoding, refusesOneBrokenSessionAmongMany)
     }
 }
 
+/// The threads that read the other sessions must have ended when the document goes: for
+/// AddressSanitizer to see.
+TEST(ChatArchiveDecoding, nobodyReadsOnAfterARefusal)
+{
+    const QByteArray title(20'000, 'a');
+    QByteArray sessions = R"({"id":"no identifier"})";
+    for (int i = 0; i < 200; ++i) {
+        sessions += R"(,{"id":"7C9E6679-7425-40DE-944B-E07FC1F90AE7","messages":[],"title":")" +
+                    title + R"(","updatedAt":1})";
+    }
+    const QByteArray document = archiveWith(R"("sessions":[)" + sessions + "]");
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_FALSE(decoded(document));
+    }
+}
+
 TEST(ChatArchiveDecoding, leavesTheCallersBytesAlone)
 {
     const QByteArray document = encodeArchive(sampleArchive());
