@@ -1,8 +1,9 @@
-// The block parser over 1 MB of replies, beside cmark-gfm on each block, and over hostile lists of
-// growing length.
+// The block parser over 1 MB of replies, beside cmark-gfm and md4c on each block, and over hostile
+// lists of growing length.
 
 #include "Markdown/MarkdownBlockParser.h"
 #include "support/CmarkHtml.h"
+#include "support/Md4cHtml.h"
 #include "support/SampleData.h"
 
 #include <benchmark/benchmark.h>
@@ -38,7 +39,7 @@ void blocksTalvo(benchmark::State &state)
 }
 
 /// Each block of such replies by itself, as the parser hands them to the same library.
-void blocksCmark(benchmark::State &state)
+void blocksAsHtml(benchmark::State &state, QByteArray (*render)(const QByteArray &))
 {
     SampleData data;
     const QByteArrayList sources = data.replyBlocks(megabyte);
@@ -48,7 +49,7 @@ void blocksCmark(benchmark::State &state)
     }
     for ([[maybe_unused]] const auto _ : state) {
         for (const QByteArray &source : sources) {
-            benchmark::DoNotOptimize(cmarkHtml(source));
+            benchmark::DoNotOptimize(render(source));
         }
     }
     state.counters["blocks"] = static_cast<double>(sources.size());
@@ -116,7 +117,10 @@ int main(int argc, char **argv)
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("blocks/TalvoAlone", blocksTalvoAlone)
         ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark("blocks/cmark-gfm", blocksCmark)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("blocks/cmark-gfm", blocksAsHtml, cmarkHtml)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("blocks/md4c", blocksAsHtml, md4cHtml)
+        ->Unit(benchmark::kMillisecond);
     for (const HostileList &list : hostileLists) {
         benchmark::RegisterBenchmark((std::string("growth/") + list.name).c_str(),
                                      [&list](benchmark::State &state) { growth(state, list.line); })
