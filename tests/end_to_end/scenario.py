@@ -88,6 +88,14 @@ def _name_of(process_id):
 class Scenario(unittest.TestCase):
     """A test with an empty home, an empty keyring and a service that answers."""
 
+    #: Printed when all tests of the class have run.
+    figures = None
+
+    @classmethod
+    def tearDownClass(cls):
+        if cls.figures:
+            cls.figures.print()
+
     def setUp(self):
         self.desktop = world.desktop
         self.desktop.clear_secret()

@@ -79,10 +79,6 @@ class BrokenNetwork(Scenario):
     figures = Figures("Broken network: the longest stall of the main thread",
                       "fault", "longest stall", "until the sentence", "most memory so far")
 
-    @classmethod
-    def tearDownClass(cls):
-        cls.figures.print()
-
     def setUp(self):
         super().setUp()
         # The sound service makes room for the faulty one.

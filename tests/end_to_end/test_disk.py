@@ -78,10 +78,6 @@ class Disk(Scenario):
     figures = Figures("Broken disk: the longest stall of the main thread",
                       "fault", "failed saves", "lost", "longest stall")
 
-    @classmethod
-    def tearDownClass(cls):
-        cls.figures.print()
-
     def setUp(self):
         super().setUp()
         self.desktop.store_secret(KEY)

@@ -124,10 +124,6 @@ class HostileReplies(Scenario):
     figures = Figures("Hostile replies: the longest stall of the main thread",
                       "reply", "longest stall", "until it was saved", "memory")
 
-    @classmethod
-    def tearDownClass(cls):
-        cls.figures.print()
-
     def setUp(self):
         super().setUp()
         self.desktop.store_secret(KEY)

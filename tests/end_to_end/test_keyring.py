@@ -26,10 +26,6 @@ class Keyring(Scenario):
     figures = Figures("Odd keyrings: the longest stall of the main thread",
                       "keyring", "longest stall", "until the sentence")
 
-    @classmethod
-    def tearDownClass(cls):
-        cls.figures.print()
-
     def begin(self):
         self.window = self.start()
         self.window.row("Yeni Sohbet")

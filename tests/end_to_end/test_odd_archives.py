@@ -98,10 +98,6 @@ class OddArchives(Scenario):
     figures = Figures("Odd archives", "archive", "size", "outcome", "longest stall", "until it",
                       "most memory")
 
-    @classmethod
-    def tearDownClass(cls):
-        cls.figures.print()
-
     def test_each_is_shown_or_refused_and_kept(self):
         for name, make, is_archive in ARCHIVES:
             with self.subTest(archive=name):

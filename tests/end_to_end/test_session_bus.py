@@ -48,10 +48,6 @@ class MuteBus:
 class SessionBus(Scenario):
     figures = Figures("Odd session buses", "bus", "until the window", "until its end")
 
-    @classmethod
-    def tearDownClass(cls):
-        cls.figures.print()
-
     def start_and_close(self, name, address):
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
         start = time.monotonic()
