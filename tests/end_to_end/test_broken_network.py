@@ -117,6 +117,7 @@ class BrokenNetwork(Scenario):
         self.window.wait_without_text("Bir sorun oluştu")
         self.assertEqual(self.read_archive()["sessions"][0]["messages"][-1]["content"], name,
                          "the message is kept")
+        self.expect_no_copy_in_memory()
 
     def expect_answer(self, service, requests=3):
         service.fault = sound_answer
