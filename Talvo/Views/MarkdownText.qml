@@ -10,6 +10,7 @@ TextEdit {
 
     readOnly: true
     textFormat: TextEdit.PlainText
+    baseUrl: "about:blank"
     wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
     selectByMouse: true
     color: Theme.text

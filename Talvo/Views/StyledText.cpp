@@ -59,6 +59,8 @@ void StyledText::fill()
     if (!target)
         return;
     target->setUndoRedoEnabled(false);
+    if (edit()->width() > 0)
+        target->setTextWidth(edit()->width());
     if (!target->isEmpty())
         target->clear();
     m_currentLink = -1;
