@@ -1,5 +1,7 @@
 #include "Views/AccessibleEditor.h"
 
+#include "Views/ReadOnlyText.h"
+
 #include <QAccessible>
 #include <QQuickItem>
 
@@ -110,8 +112,40 @@ private:
     QString mask() const { return item()->property("displayText").toString(); }
 };
 
+/// A text of a message: it knows its own name and role, so that it needs no object for them.
+class AccessibleReadOnlyText : public QAccessibleQuickItem
+{
+public:
+    explicit AccessibleReadOnlyText(ReadOnlyText *text)
+        : QAccessibleQuickItem(text)
+    {
+    }
+
+    /// A heading can be read by letters and words, too.
+    void *interface_cast(QAccessible::InterfaceType type) override
+    {
+        return type == QAccessible::TextInterface ? static_cast<QAccessibleTextInterface *>(this)
+                                                  : QAccessibleQuickItem::interface_cast(type);
+    }
+
+    QAccessible::Role role() const override { return shown()->accessibleRole(); }
+
+    QString text(QAccessible::Text type) const override
+    {
+        return type == QAccessible::Name ? shown()->source() : QAccessibleQuickItem::text(type);
+    }
+
+    // Beside the method above, which would hide it.
+    using QAccessibleQuickItem::text;
+
+private:
+    const ReadOnlyText *shown() const { return static_cast<const ReadOnlyText *>(item()); }
+};
+
 QAccessibleInterface *makeEditor(const QString &className, QObject *object)
 {
+    if (auto *text = qobject_cast<ReadOnlyText *>(object))
+        return new AccessibleReadOnlyText(text);
     if (className != u"QQuickTextInput" && className != u"QQuickTextEdit")
         return nullptr;
     auto *item = qobject_cast<QQuickItem *>(object);

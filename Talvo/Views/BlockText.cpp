@@ -20,28 +20,26 @@ BlockTable::BlockTable(std::shared_ptr<const MarkdownTable> table)
 {
 }
 
-QVariantList BlockTable::rows() const
+std::vector<std::vector<BlockText>> BlockTable::cells() const
 {
+    std::vector<std::vector<BlockText>> rows;
     if (!m_table)
-        return {};
-    QVariantList list;
-    list.reserve(static_cast<qsizetype>(m_table->rows.size()) + 1);
+        return rows;
+    rows.reserve(m_table->rows.size() + 1);
     if (hasHeader())
-        list.append(shared(m_table->headers));
+        rows.push_back(shared(m_table->headers));
     for (const MarkdownTable::Row &row : m_table->rows)
-        list.append(shared(row.cells));
-    return list;
+        rows.push_back(shared(row.cells));
+    return rows;
 }
 
-QVariant BlockTable::shared(const std::vector<MarkdownTable::Cell> &cells) const
+std::vector<BlockText> BlockTable::shared(const std::vector<MarkdownTable::Cell> &cells) const
 {
-    QVariantList list;
-    list.reserve(static_cast<qsizetype>(cells.size()));
-    for (const MarkdownTable::Cell &cell : cells) {
-        const std::shared_ptr<const AttributedString> text(m_table, &cell.text);
-        list.append(QVariant::fromValue(BlockText(text)));
-    }
-    return list;
+    std::vector<BlockText> texts;
+    texts.reserve(cells.size());
+    for (const MarkdownTable::Cell &cell : cells)
+        texts.emplace_back(std::shared_ptr<const AttributedString>(m_table, &cell.text));
+    return texts;
 }
 
 } // namespace Talvo

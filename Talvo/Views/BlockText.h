@@ -3,10 +3,10 @@
 #include "Markdown/MarkdownBlock.h"
 
 #include <QObject>
-#include <QVariantList>
 #include <QtQmlIntegration>
 
 #include <memory>
+#include <vector>
 
 namespace Talvo {
 
@@ -40,23 +40,22 @@ class BlockTable
 {
     Q_GADGET
     QML_VALUE_TYPE(blockTable)
-    /// The rows, the header first; each is a list of `blockText`, with exactly its own cells.
-    Q_PROPERTY(QVariantList rows READ rows FINAL)
-    /// False for a later piece of a large table.
-    Q_PROPERTY(bool hasHeader READ hasHeader FINAL)
 
 public:
     BlockTable() = default;
     /// @param table never null.
     explicit BlockTable(std::shared_ptr<const MarkdownTable> table);
 
-    [[nodiscard]] QVariantList rows() const;
+    /// The rows, the header first, each with exactly its own cells.
+    [[nodiscard]] std::vector<std::vector<BlockText>> cells() const;
+    /// False for a later piece of a large table.
     [[nodiscard]] bool hasHeader() const { return m_table && !m_table->headers.empty(); }
 
     friend bool operator==(const BlockTable &, const BlockTable &) = default;
 
 private:
-    [[nodiscard]] QVariant shared(const std::vector<MarkdownTable::Cell> &cells) const;
+    [[nodiscard]] std::vector<BlockText>
+    shared(const std::vector<MarkdownTable::Cell> &cells) const;
 
     std::shared_ptr<const MarkdownTable> m_table;
 };

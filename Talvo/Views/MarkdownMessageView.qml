@@ -1,34 +1,25 @@
 import QtQuick
 import Talvo.Views
 
-/// A reply drawn from its Markdown text, one view below the other per block; or a very long text as
-/// it stands, piece by piece.
+// Components written in place know the ids around them; the formatter of this Qt version cannot write
+// the pragma that would tell the linter so.
+// qmllint disable unqualified
+
+/// A reply, or a very long text, in the theme's looks.
 ///
 /// Give it the width that is there; `naturalWidth` is what the text needs of it.
-BlockStack {
+MarkdownBlockStack {
     id: view
-
-    required property string content
-    /// The text is no Markdown.
-    property bool literal: false
-    /// Of a text as it stands.
-    property color plainColor: Theme.text
-
-    function showMore(): void {
-        blocks.showMore();
-    }
 
     spacing: view.literal ? 0 : 10
     fillWidth: true
+    looks: Theme.messageLooks
 
-    Repeater {
-        model: MarkdownBlocks {
-            id: blocks
-
-            content: view.content
-            literal: view.literal
-        }
-        delegate: MarkdownBlockView {
-        }
+    tableView: MarkdownTableView {
+    }
+    divider: MarkdownDivider {
+    }
+    more: MarkdownMore {
+        onAsked: view.showMore()
     }
 }

@@ -7,12 +7,14 @@ Item {
 
     readonly property real naturalWidth: button.implicitWidth
 
+    signal asked
+
     implicitHeight: button.height
 
     PushButton {
         id: button
 
         text: "Devamını göster"
-        onClicked: (more.parent as MarkdownMessageView)?.showMore()
+        onClicked: more.asked()
     }
 }

@@ -2,10 +2,6 @@ import QtQuick
 import QtQuick.Templates as T
 import Talvo.Views
 
-// Components written in place know the ids around them; the formatter of this Qt version cannot write
-// the pragma that would tell the linter so.
-// qmllint disable unqualified
-
 /// A table in a rounded border that scrolls sideways when it is too wide.
 Flickable {
     id: view
@@ -28,22 +24,13 @@ Flickable {
     Keys.onLeftPressed: view.scrollBy(-60)
     Keys.onRightPressed: view.scrollBy(60)
 
-    BlockStack {
+    MarkdownTableGrid {
         id: rows
 
         width: implicitWidth
         height: implicitHeight
-
-        Repeater {
-            model: view.table.rows
-            delegate: MarkdownTableRowView {
-                required property var modelData
-                required property int index
-
-                cells: modelData
-                isHeader: index === 0 && view.table.hasHeader
-            }
-        }
+        table: view.table
+        looks: Theme.messageLooks
     }
 
     Rectangle {

@@ -1,5 +1,6 @@
 #include "Views/ReadOnlyText.h"
 
+#include "Views/FollowedObject.h"
 #include "Views/StyledDocument.h"
 
 #include <QClipboard>
@@ -10,16 +11,46 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 
-#include <memory>
+#include <QtQuick/private/qquickitem_p.h>
+
+#include <cmath>
 
 namespace Talvo {
 
-ReadOnlyText::ReadOnlyText(QObject *parent)
-    : QObject(parent)
+namespace {
+
+/// Of an item that was made in C++, that of the view it was made for.
+QQmlContext *contextOf(const QQuickItem *item)
 {
+    while (item && !qmlContext(item))
+        item = item->parentItem();
+    return item ? qmlContext(item) : nullptr;
+}
+
+} // namespace
+
+ReadOnlyText::ReadOnlyText(QQuickItem *parent)
+    : QQuickTextEdit(parent)
+{
+    classBegin(); // what is set from here on is laid out once, at the end
+    setReadOnly(true);
+    setTextFormat(PlainText);
+    // TextEdit resolves the address of its context when it is complete, and lays the document out
+    // again, twice, when that differs.
+    setBaseUrl(QUrl(QStringLiteral("about:blank")));
+    setWrapMode(WrapAtWordBoundaryOrAnywhere);
+    setSelectByMouse(true);
+    setAcceptedMouseButtons(acceptedMouseButtons() | Qt::RightButton);
+    QQuickItemPrivate::get(this)->setAccessible();
 }
 
 void ReadOnlyText::setSource(const QString &source)
+{
+    setShownSource(source);
+    setText(source);
+}
+
+void ReadOnlyText::setShownSource(const QString &source)
 {
     const QString normalised = withPlainLineEndings(source);
     if (m_source == normalised)
@@ -28,31 +59,49 @@ void ReadOnlyText::setSource(const QString &source)
     Q_EMIT sourceChanged();
 }
 
-QString ReadOnlyText::selectedText() const
+void ReadOnlyText::setLooks(MessageLooks *looks)
 {
-    if (!m_edit)
-        return {};
-    const int start = m_edit->property("selectionStart").toInt();
-    const int end = m_edit->property("selectionEnd").toInt();
-    return m_source.mid(start, end - start);
+    if (!exchangeFollowed(m_looks, looks, this))
+        return;
+    if (looks) {
+        connect(looks, &MessageLooks::coloursChanged, this, &ReadOnlyText::applyColours);
+        connect(looks, &MessageLooks::fontsChanged, this, &ReadOnlyText::applyFonts);
+        applyColours();
+        applyFonts();
+    }
+    Q_EMIT looksChanged();
+}
+
+void ReadOnlyText::applyColours()
+{
+    setColor(m_looks->text);
+    setSelectionColor(m_looks->selection);
+    setSelectedTextColor(m_looks->selectedText);
+}
+
+void ReadOnlyText::applyFonts()
+{
+    setFont(m_looks->body);
+}
+
+qreal ReadOnlyText::naturalWidth() const
+{
+    return m_source.isRightToLeft() ? width() : std::ceil(contentWidth());
+}
+
+QString ReadOnlyText::selectedSource() const
+{
+    return m_source.mid(selectionStart(), selectionEnd() - selectionStart());
 }
 
 void ReadOnlyText::copy() const
 {
-    const QString text = selectedText();
+    const QString text = selectedSource();
     if (!text.isEmpty())
         QGuiApplication::clipboard()->setText(text);
 }
 
-void ReadOnlyText::componentComplete()
-{
-    m_edit = qobject_cast<QQuickItem *>(parent());
-    Q_ASSERT(m_edit);
-    m_edit->setAcceptedMouseButtons(m_edit->acceptedMouseButtons() | Qt::RightButton);
-    m_edit->installEventFilter(this);
-}
-
-bool ReadOnlyText::eventFilter(QObject *watched, QEvent *event)
+bool ReadOnlyText::event(QEvent *event)
 {
     switch (event->type()) {
     case QEvent::KeyPress:
@@ -74,44 +123,42 @@ bool ReadOnlyText::eventFilter(QObject *watched, QEvent *event)
     default:
         break;
     }
-    return QObject::eventFilter(watched, event);
+    return QQuickTextEdit::event(event);
 }
 
 void ReadOnlyText::offerSelection() const
 {
     QClipboard *clipboard = QGuiApplication::clipboard();
-    const QString text = selectedText();
+    const QString text = selectedSource();
     if (clipboard->supportsSelection() && !text.isEmpty())
         clipboard->setText(text, QClipboard::Selection);
 }
 
 void ReadOnlyText::openMenu()
 {
-    m_edit->forceActiveFocus(Qt::MouseFocusReason);
-    if (!m_menu) {
+    forceActiveFocus(Qt::MouseFocusReason);
+    if (!m_menu)
         m_menu = makeView(QStringLiteral("TextMenu"),
-                          {{QStringLiteral("target"), QVariant::fromValue(m_edit.data())},
-                           {QStringLiteral("copier"), QVariant::fromValue<QObject *>(this)}});
-    }
+                          {{QStringLiteral("target"), QVariant::fromValue(this)}});
     if (m_menu)
         QMetaObject::invokeMethod(m_menu, "openAtPointer");
 }
 
-QObject *ReadOnlyText::makeView(const QString &name, const QVariantMap &properties) const
+QObject *ReadOnlyText::makeView(const QString &name, const QVariantMap &properties)
 {
-    QQmlEngine *engine = qmlEngine(m_edit);
-    if (!engine)
+    QQmlContext *context = contextOf(this);
+    if (!context)
         return nullptr;
-    QQmlComponent component(engine,
+    QQmlComponent component(context->engine(),
                             QUrl(QStringLiteral("qrc:/qt/qml/Talvo/Views/%1.qml").arg(name)));
     QVariantMap initial = properties;
-    initial.insert(QStringLiteral("parent"), QVariant::fromValue(m_edit.data()));
-    QObject *view = component.createWithInitialProperties(initial, qmlContext(m_edit));
+    initial.insert(QStringLiteral("parent"), QVariant::fromValue<QQuickItem *>(this));
+    QObject *view = component.createWithInitialProperties(initial, context);
     if (!view) {
         qWarning().noquote() << component.errorString();
         return nullptr;
     }
-    view->setParent(m_edit);
+    view->setParent(this);
     return view;
 }
 

@@ -29,7 +29,7 @@ ListView {
     highlightFollowsCurrentItem: true
     highlightMoveDuration: 0
     clip: true
-    reuseItems: false
+    reuseItems: true
 
     Accessible.role: Accessible.List
     Accessible.name: "Sohbetler"
@@ -54,6 +54,12 @@ ListView {
         x: Theme.gap
         width: list.width - 2 * Theme.gap
         showsFocus: list.activeFocus && isSelected
+        // What waits to be used again is no row of the list, to assistive technology either.
+        ListView.onPooled: {
+            isRenaming = false;
+            visible = false;
+        }
+        ListView.onReused: visible = true
         onChosen: list.chatSelected(sessionId)
         onRename: newTitle => list.renameChat(sessionId, newTitle)
         onDeleteRequested: list.deleteChat(sessionId)

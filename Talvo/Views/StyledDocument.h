@@ -16,6 +16,8 @@ struct InlineLooks
     QColor link;           ///< colour of a link's text
     QColor codeBackground; ///< laid under code
     QString codeFamily;    ///< family of a fixed-width font
+
+    friend bool operator==(const InlineLooks &, const InlineLooks &) = default;
 };
 
 /// The text as a document shows and copies it: every line ending is one line feed. Apart from CR LF

@@ -8,8 +8,6 @@ T.Menu {
 
     /// A TextInput or TextEdit.
     required property var target
-    /// What copies: the text itself, unless it has help with that.
-    property var copier: menu.target
     readonly property bool selected: menu.target.selectionStart !== menu.target.selectionEnd
 
     /// Opens the menu at the pointer. Unlike `popup` it can be called from C++ too.
@@ -32,7 +30,7 @@ T.Menu {
     TextMenuItem {
         text: qsTr("Kopyala")
         enabled: menu.selected && menu.target.echoMode !== TextInput.Password
-        onTriggered: menu.copier.copy()
+        onTriggered: menu.target.copy()
     }
 
     TextMenuItem {

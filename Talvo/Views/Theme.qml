@@ -80,6 +80,30 @@ QtObject {
     readonly property color tableHead: Qt.alpha(secondary, 0.12)
     readonly property color scrollbar: dark ? "#73ffffff" : "#66000000"
 
+    /// Of replies.
+    readonly property MessageLooks messageLooks: MessageLooks {
+        text: theme.text
+        selection: theme.selection
+        selectedText: theme.selectedText
+        link: theme.link
+        codeBackground: theme.codeBg
+        tableHead: theme.tableHead
+        tableLine: theme.separator
+        body: theme.body
+        strong: theme.strong
+        title: theme.title
+        title2: theme.title2
+        headline: theme.headline
+        codeFamily: theme.fixedFamily
+    }
+    /// Of the user's own messages, which are text as it stands on the accent colour.
+    readonly property MessageLooks ownMessageLooks: MessageLooks {
+        text: "white"
+        selection: theme.selection
+        selectedText: theme.selectedText
+        body: theme.body
+    }
+
     // Distances
     readonly property int radius: 14
     readonly property int radiusSmall: 7

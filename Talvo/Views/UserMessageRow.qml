@@ -24,8 +24,7 @@ MessageRow {
         y: row.verticalPadding
         width: row.maximumContentWidth
         content: row.isLong ? "" : row.content
-        color: "white"
-        selectionColor: Theme.selection
+        looks: Theme.ownMessageLooks
     }
 
     Loader {
@@ -39,7 +38,7 @@ MessageRow {
         sourceComponent: MarkdownMessageView {
             content: row.content
             literal: true
-            plainColor: "white"
+            looks: Theme.ownMessageLooks
         }
     }
 }

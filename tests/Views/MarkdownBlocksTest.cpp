@@ -74,7 +74,8 @@ TEST(MarkdownBlocks, HasOneRowPerBlock)
               QVariant(QStringLiteral("7.")));
     EXPECT_EQ(textOf(blocks, 3), QStringLiteral("z"));
     const auto table = blocks.data(blocks.index(5), MarkdownBlocks::tableRole).value<BlockTable>();
-    EXPECT_EQ(table.rows().size(), 2);
+    EXPECT_EQ(table.cells().size(), 2U);
+    EXPECT_TRUE(table.hasHeader());
 }
 
 TEST(MarkdownBlocks, ShowsTheRawTextUntilTheFirstParseEnds)

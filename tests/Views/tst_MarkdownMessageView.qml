@@ -26,7 +26,7 @@ Item {
                     "content": content
                 });
             if (content.trim() !== "")
-                tryVerify(() => Probe.find(item, "MarkdownSource").length === 0);
+                tryVerify(() => Probe.find(item, "Talvo::ReadOnlyText").length === 0);
             return item;
         }
 
@@ -37,13 +37,13 @@ Item {
         function test_readsInOrder() {
             const item = shown("# Bir\n\niki **üç**\n\n- dört\n7. beş\n\n---\n\n| A | B |\n|---|---|\n| 1 |\n| 2 | 3 | 4 |\n\nson\nsatır");
             compare(Probe.texts(item), "Bir|iki üç|•|dört|7.|beş|A|B|1|2|3|4|son\nsatır");
-            for (const edit of Probe.find(item, "MarkdownText"))
+            for (const edit of Probe.find(item, "Talvo::MarkdownText"))
                 compare(Probe.text(edit), Probe.name(edit));
         }
 
         function test_blankReplyStaysAsItIs() {
             const item = shown(" \n ");
-            compare(Probe.find(item, "MarkdownSource").length, 1);
+            compare(Probe.find(item, "Talvo::ReadOnlyText").length, 1);
             tryVerify(() => Probe.texts(item) === " \n ");
         }
 
@@ -69,8 +69,8 @@ Item {
 
         function test_itemWrapsUnderItself() {
             const item = shown("- " + "uzun ".repeat(60));
-            const text = Probe.find(item, "MarkdownText")[0];
-            const sign = Probe.find(item, "PlainLabel")[0];
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
+            const sign = Probe.find(item, "QQuickText")[0];
             verify(text.lineCount > 1);
             compare(text.x, Math.ceil(sign.implicitWidth) + 8);
             compare(text.x + text.width, 600);
@@ -78,7 +78,7 @@ Item {
 
         function test_veryLongWordsWrap() {
             const item = shown("x".repeat(2000));
-            const text = Probe.find(item, "MarkdownText")[0];
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
             verify(text.contentWidth <= 600);
             verify(text.lineCount > 10);
         }
@@ -96,7 +96,7 @@ Item {
 
         function test_naturalWidthIsThatOfTheText() {
             const item = shown("kısa");
-            const text = Probe.find(item, "MarkdownText")[0];
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
             tryVerify(() => item.naturalWidth === Math.ceil(text.contentWidth));
             verify(item.naturalWidth < 100);
             const arabic = shown("مرحبا");
@@ -107,7 +107,7 @@ Item {
 
         function test_copiesPlainTextOnly() {
             const item = shown("a **b**\u00A0c `d`\nikinci");
-            const text = Probe.find(item, "MarkdownText")[0];
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
             text.forceActiveFocus();
             text.selectAll();
             keySequence(StandardKey.Copy);
@@ -117,7 +117,7 @@ Item {
 
         function test_menuCopies() {
             const item = shown("bir iki");
-            const text = Probe.find(item, "MarkdownText")[0];
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
             Probe.setClipboard("");
             text.select(0, 3);
             mouseClick(text, 5, 5, Qt.RightButton);
@@ -133,7 +133,7 @@ Item {
 
         function test_clickOpensALink() {
             const item = shown("[ab](https://example.com/x) son");
-            const text = Probe.find(item, "MarkdownText")[0];
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
             const before = Probe.opened.length;
             mouseClick(text, 4, text.height / 2);
             compare(Probe.opened.slice(before).join(), "https://example.com/x");
@@ -143,7 +143,7 @@ Item {
 
         function test_refusedLinksAreText() {
             const item = shown("[ab](file:///etc/passwd) son");
-            const text = Probe.find(item, "MarkdownText")[0];
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
             const before = Probe.opened.length;
             mouseClick(text, 4, text.height / 2);
             compare(Probe.opened.length, before);
@@ -152,7 +152,7 @@ Item {
 
         function test_keyboardReachesEveryLink() {
             const item = shown("[bir](https://example.com/1) ve [iki](https://example.com/2)\n\nson [üç](https://example.com/3)");
-            const texts = Probe.find(item, "MarkdownText");
+            const texts = Probe.find(item, "Talvo::MarkdownText");
             const before = Probe.opened.length;
             texts[0].forceActiveFocus(Qt.TabFocusReason);
             compare(texts[0].selectedText, "bir");
@@ -188,7 +188,7 @@ Item {
 
         function test_hoverShowsWhereALinkLeads(data) {
             const item = shown("[" + data.label + "](https://example.com/gizli) son");
-            const text = Probe.find(item, "MarkdownText")[0];
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
             const hint = () => Probe.find(scene.Window.contentItem, "QQuickText").some(label => label.visible && label.text === "https://example.com/gizli");
             mouseMove(text, 300, text.height / 2);
             mouseMove(text, 4, text.height / 2);
@@ -199,7 +199,7 @@ Item {
 
         function test_liveTextsFollowTheAppearance() {
             const item = shown("[ab](https://example.com)");
-            const text = Probe.find(item, "MarkdownText")[0];
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
             compare(Probe.colorAt(text, 0), Theme.link);
             const before = "" + Theme.link;
             Probe.setDark(true);
@@ -219,10 +219,10 @@ Item {
             const item = createTemporaryObject(view, scene, {
                     "content": "a\n\n".repeat(1000)
                 });
-            tryVerify(() => Probe.find(item, "MarkdownText").length >= 300);
-            verify(Probe.find(item, "MarkdownText").length < 1000);
-            tryVerify(() => Probe.find(item, "MarkdownText").length === 1000);
-            const texts = Probe.find(item, "MarkdownText");
+            tryVerify(() => Probe.find(item, "Talvo::MarkdownText").length >= 300);
+            verify(Probe.find(item, "Talvo::MarkdownText").length < 1000);
+            tryVerify(() => Probe.find(item, "Talvo::MarkdownText").length === 1000);
+            const texts = Probe.find(item, "Talvo::MarkdownText");
             tryVerify(() => texts[999].y > 0);
             for (let i = 1; i < texts.length; ++i)
                 compare(texts[i].y, texts[i - 1].y + texts[i - 1].height + 10);

@@ -29,45 +29,74 @@ Item {
             return Probe.find(item, "MarkdownTableView")[0];
         }
 
-        function rowsOf(item) {
-            return Probe.find(item, "MarkdownTableRowView");
+        function textsOf(item) {
+            return Probe.find(item, "Talvo::MarkdownText");
         }
 
-        function cellsOf(row) {
-            return Probe.find(row, "MarkdownTableCell");
+        /// The texts of each row, from above.
+        function rowsOf(item) {
+            const rows = new Map();
+            for (const text of textsOf(item))
+                rows.set(text.y, (rows.get(text.y) ?? []).concat(text));
+            return Array.from(rows.values());
+        }
+
+        /// The colours around the texts: of a cell's surface, its trailing edge, its row's bottom line.
+        function coloursOf(item, text) {
+            const image = grabImage(item);
+            const x = text.x + 2;
+            const right = text.x + text.width + 8 - 1;
+            const bottom = text.y + text.height + 8 - 1;
+            return [image.pixel(x, text.y - 2), image.pixel(right, text.y), image.pixel(x, bottom)];
         }
 
         function test_cellsAreBetween140And220Wide() {
-            const item = table(["| A | " + "uzun ".repeat(20) + " |", "|---|---|"]);
-            const cells = cellsOf(item);
-            compare(cells[0].width, 140 + 16);
-            compare(cells[1].width, 220 + 16);
-            verify(Probe.find(cells[1], "MarkdownText")[0].lineCount > 1);
+            const texts = textsOf(table(["| A | " + "uzun ".repeat(20) + " |", "|---|---|"]));
+            compare(texts[0].width, 140);
+            compare(texts[1].width, 220);
+            compare(texts[1].x, 8 + 140 + 2 * 8);
+            verify(texts[1].lineCount > 1);
         }
 
         function test_rowsHaveExactlyTheirCells() {
             const item = table(["| A | B |", "|---|---|", "| 1 |", "| 2 | 3 | 4 |"]);
             const rows = rowsOf(item);
-            compare(rows.map(row => cellsOf(row).length), [2, 1, 3]);
-            compare(rows.map(row => row.width), [312, 156, 468]);
-            compare(rows.map(row => row.isHeader), [true, false, false]);
+            compare(rows.map(row => row.length), [2, 1, 3]);
+            compare(rows.map(row => row[row.length - 1].x + 140 + 8), [312, 156, 468]);
             compare(item.contentWidth, 468);
-            compare(rows[1].y, rows[0].height);
+            compare(rows[0][0].y, 8);
+            compare(rows[1][0].y, rows[0][0].height + 2 * 8 + 8);
+            compare(item.contentHeight, rows[2][0].y + rows[2][0].height + 8);
         }
 
         function test_headerStandsOut() {
             const item = table(["| A |", "|---|", "| 1 |"]);
-            const cells = cellsOf(item);
-            verify(Qt.colorEqual(cells[0].color, Theme.tableHead));
-            compare(Probe.find(cells[0], "MarkdownText")[0].font.weight, Font.DemiBold);
-            compare(cells[1].color.a, 0);
-            compare(Probe.find(cells[1], "MarkdownText")[0].font.weight, Font.Normal);
+            const texts = textsOf(item);
+            compare(texts[0].font.weight, Font.DemiBold);
+            compare(texts[1].font.weight, Font.Normal);
+            const header = coloursOf(item, texts[0]);
+            const body = coloursOf(item, texts[1]);
+            verify(!Qt.colorEqual(header[0], body[0]), "a surface of its own");
+            for (const colours of [header, body]) {
+                verify(!Qt.colorEqual(colours[1], colours[0]), "a line at the cell's edge");
+                verify(!Qt.colorEqual(colours[2], colours[0]), "a line below the row");
+            }
+        }
+
+        function test_linesFollowTheAppearance() {
+            const item = table(["| A |", "|---|", "| 1 |"]);
+            const before = coloursOf(item, textsOf(item)[1])[1];
+            Probe.setDark(true);
+            const after = coloursOf(item, textsOf(item)[1])[1];
+            Probe.setDark(false);
+            verify(!Qt.colorEqual(after, before));
         }
 
         function test_headerAloneIsATable() {
             const item = table(["A | B", "---"]);
             compare(rowsOf(item).length, 1);
-            compare(item.contentHeight, rowsOf(item)[0].height);
+            const text = textsOf(item)[0];
+            compare(item.contentHeight, text.height + 2 * 8);
         }
 
         function test_scrollsSidewaysWithItsBorder() {

@@ -113,9 +113,9 @@ Item {
         function test_theUsersTextIsNeverMarkdown() {
             const text = "**Bu** yazı\n- olduğu gibi\n# kalır";
             const list = make([text, text]);
-            tryVerify(() => Probe.find(rows(list)[0], "MarkdownHeading").length === 1);
+            tryVerify(() => Probe.find(rows(list)[0], "Talvo::MarkdownText").length === 3);
             const user = rows(list)[1];
-            compare(Probe.find(user, "MarkdownHeading").length, 0);
+            compare(Probe.find(user, "Talvo::MarkdownText").length, 0);
             compare(Probe.text(Probe.find(user, "PlainMessageText")[0]), text);
             compare(Probe.find(user, "PlainMessageText")[0].lineCount, 3);
         }

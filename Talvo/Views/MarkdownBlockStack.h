@@ -1,0 +1,69 @@
+#pragma once
+
+#include "Views/BlockStack.h"
+#include "Views/MarkdownBlocks.h"
+#include "Views/MessageLooks.h"
+
+#include <QPointer>
+#include <QQmlComponent>
+
+namespace Talvo {
+
+/// A reply drawn from its Markdown text, one view below the other per block; or a very long text as
+/// it stands, piece by piece. GUI thread.
+///
+/// Texts and items are made here; what there is little of comes from components.
+class MarkdownBlockStack : public Talvo::BlockStack
+{
+    Q_OBJECT
+    QML_ELEMENT
+    /// The reply as stored in the message.
+    Q_PROPERTY(QString content READ content WRITE setContent NOTIFY contentChanged REQUIRED FINAL)
+    /// The text is no Markdown.
+    Q_PROPERTY(bool literal READ isLiteral WRITE setLiteral NOTIFY literalChanged FINAL)
+    /// Of the texts; set once, outlives the stack.
+    Q_PROPERTY(Talvo::MessageLooks *looks MEMBER m_looks NOTIFY looksChanged FINAL)
+    /// Made with the initial property `table`, a `blockTable`.
+    Q_PROPERTY(QQmlComponent *tableView MEMBER m_tableView NOTIFY viewsChanged FINAL)
+    /// A line across the whole width.
+    Q_PROPERTY(QQmlComponent *divider MEMBER m_divider NOTIFY viewsChanged FINAL)
+    /// Stands at the end of a text beyond all measure, and calls showMore().
+    Q_PROPERTY(QQmlComponent *more MEMBER m_more NOTIFY viewsChanged FINAL)
+
+public:
+    explicit MarkdownBlockStack(QQuickItem *parent = nullptr);
+
+    [[nodiscard]] QString content() const { return m_content; }
+    void setContent(const QString &content);
+    [[nodiscard]] bool isLiteral() const { return m_blocks.isLiteral(); }
+    void setLiteral(bool isLiteral);
+
+    /// Goes on where a text beyond all measure was cut off; does nothing when it was not.
+    Q_INVOKABLE void showMore() { m_blocks.showMore(); }
+
+Q_SIGNALS:
+    void contentChanged();
+    void literalChanged();
+    void looksChanged();
+    void viewsChanged();
+
+protected:
+    void componentComplete() override;
+
+private:
+    void insertViews(int first, int last);
+    void removeViews(int first, int last);
+    void rebuild();
+    [[nodiscard]] QQuickItem *makeView(int row);
+    [[nodiscard]] QQuickItem *makeFrom(QQmlComponent *component, QVariantMap properties);
+
+    MarkdownBlocks m_blocks;
+    QString m_content;
+    QPointer<MessageLooks> m_looks;
+    QQmlComponent *m_tableView = nullptr;
+    QQmlComponent *m_divider = nullptr;
+    QQmlComponent *m_more = nullptr;
+    QList<QQuickItem *> m_views; ///< one for each row of the blocks
+};
+
+} // namespace Talvo

@@ -1,0 +1,205 @@
+#include "Views/MarkdownText.h"
+
+#include "Views/LinkOpener.h"
+
+#include <QCursor>
+#include <QHoverEvent>
+#include <QKeyEvent>
+#include <QQuickTextDocument>
+#include <QTextDocument>
+
+#include <QtQuick/private/qquickitem_p.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace Talvo {
+
+MarkdownText::MarkdownText(QQuickItem *parent, const BlockText &styled, Rank rank,
+                           MessageLooks *looks)
+    : m_styled(styled)
+    , m_rank(rank)
+{
+    setParent(parent);
+    setParentItem(parent);
+    setLooks(looks);
+    setShownSource(styled.plain());
+}
+
+QAccessible::Role MarkdownText::accessibleRole() const
+{
+    return m_rank >= Rank::headline ? QAccessible::Heading : QAccessible::StaticText;
+}
+
+void MarkdownText::applyFonts()
+{
+    switch (m_rank) {
+    case Rank::body:
+        setFont(looks()->body);
+        break;
+    case Rank::tableHead:
+        setFont(looks()->strong);
+        break;
+    case Rank::headline:
+        setFont(looks()->headline);
+        break;
+    case Rank::title2:
+        setFont(looks()->title2);
+        break;
+    case Rank::title:
+        setFont(looks()->title);
+        break;
+    }
+    restyle();
+}
+
+void MarkdownText::applyColours()
+{
+    ReadOnlyText::applyColours();
+    restyle();
+}
+
+InlineLooks MarkdownText::inlineLooks() const
+{
+    return {looks()->link, looks()->codeBackground, looks()->codeFamily};
+}
+
+QTextDocument &MarkdownText::document()
+{
+    return *textDocument()->textDocument();
+}
+
+void MarkdownText::componentComplete()
+{
+    fill();
+    ReadOnlyText::componentComplete();
+}
+
+/// In the final width before the document is first laid out, and with its edits in one step: so it
+/// is laid out once.
+void MarkdownText::fill()
+{
+    QTextDocument &target = document();
+    target.setUndoRedoEnabled(false);
+    target.setTextWidth(QQuickItemPrivate::get(this)->widthValid() ? width() : -1);
+    m_shownLooks = inlineLooks();
+    fillDocument(target, m_styled.value(), m_shownLooks);
+    takeLinks();
+}
+
+void MarkdownText::takeLinks()
+{
+    const std::vector<AttributedString::Run> &runs = m_styled.value().runs;
+    std::copy_if(runs.begin(), runs.end(), std::back_inserter(m_links),
+                 [](const auto &run) { return !run.link.isEmpty() && openableUrl(run.link); });
+    if (m_links.empty())
+        return;
+    setActiveFocusOnTab(true);
+    connect(this, &QQuickTextEdit::linkActivated, this, &openLink);
+    connect(this, &QQuickTextEdit::linkHovered, this, &MarkdownText::followHover);
+}
+
+void MarkdownText::restyle()
+{
+    if (!isComponentComplete() || m_shownLooks == inlineLooks())
+        return;
+    m_shownLooks = inlineLooks();
+    restyleDocument(document(), m_styled.value(), m_shownLooks);
+}
+
+bool MarkdownText::event(QEvent *event)
+{
+    if (m_links.empty())
+        return ReadOnlyText::event(event);
+    switch (event->type()) {
+    case QEvent::HoverMove:
+        m_pointer = static_cast<QHoverEvent *>(event)->position();
+        break;
+    case QEvent::FocusIn: {
+        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+        if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) {
+            m_currentLink = reason == Qt::TabFocusReason ? -1 : static_cast<int>(m_links.size());
+            goToLink(reason == Qt::TabFocusReason ? 1 : -1);
+        }
+        break;
+    }
+    case QEvent::FocusOut:
+        leaveLinks();
+        break;
+    case QEvent::KeyPress:
+        switch (static_cast<QKeyEvent *>(event)->key()) {
+        case Qt::Key_Tab:
+            if (goToLink(1))
+                return true;
+            break;
+        case Qt::Key_Backtab:
+            if (goToLink(-1))
+                return true;
+            break;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            if (m_currentLink < 0)
+                break;
+            openLink(m_links.at(static_cast<size_t>(m_currentLink)).link);
+            return true;
+        default:
+            break;
+        }
+        break;
+    default:
+        break;
+    }
+    return ReadOnlyText::event(event);
+}
+
+bool MarkdownText::goToLink(int step)
+{
+    const int next = m_currentLink + step;
+    if (next < 0 || next >= static_cast<int>(m_links.size())) {
+        leaveLinks();
+        return false;
+    }
+    m_currentLink = next;
+    const AttributedString::Run &link = m_links[static_cast<size_t>(next)];
+    const int start = static_cast<int>(link.start);
+    const int end = static_cast<int>(link.start + link.length);
+    select(start, end);
+    showHint(link.link, below(start));
+    return true;
+}
+
+void MarkdownText::leaveLinks()
+{
+    if (m_currentLink < 0)
+        return;
+    m_currentLink = -1;
+    deselect();
+    showHint({}, {});
+}
+
+void MarkdownText::followHover()
+{
+    setCursor(QCursor(hoveredLink().isEmpty() ? Qt::IBeamCursor : Qt::PointingHandCursor));
+    showHint(hoveredLink(), m_pointer + QPointF(0, 20));
+}
+
+QPointF MarkdownText::below(int position) const
+{
+    return positionToRectangle(position).bottomLeft() + QPointF(0, 4);
+}
+
+void MarkdownText::showHint(const QString &address, QPointF place)
+{
+    if (!m_hint && address.isEmpty())
+        return;
+    if (!m_hint)
+        m_hint = makeView(QStringLiteral("Hint"), {});
+    if (!m_hint)
+        return;
+    m_hint->setProperty("x", place.x());
+    m_hint->setProperty("y", place.y());
+    QMetaObject::invokeMethod(
+        m_hint, "show", Q_ARG(QString, address.isEmpty() ? QString() : shownAddress(address)));
+}
+
+} // namespace Talvo
