@@ -6,6 +6,7 @@
 #include "App/SingleInstance.h"
 #include "Platform/FileManager.h"
 #include "Views/AccessibleEditor.h"
+#include "Views/CursorRest.h"
 #include "Views/KeychainHandle.h"
 
 #include <QDir>
@@ -141,6 +142,7 @@ int run(int argc, char **argv, const AppSetup &setup)
         return failureExitCode;
     }
     auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().constFirst());
+    new CursorRest(window);
     QObject::connect(window, &QWindow::visibleChanged, &model, [&model](bool isVisible) {
         if (!isVisible) {
             model.close();

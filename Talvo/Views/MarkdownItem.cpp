@@ -28,8 +28,6 @@ public:
         accessible->setRole(QAccessible::StaticText);
         accessible->setName(text);
     }
-
-    using QQuickText::componentComplete;
 };
 
 } // namespace
