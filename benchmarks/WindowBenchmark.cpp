@@ -114,13 +114,19 @@ bool hasBlankArea(const TestWindow &window, const std::vector<RowPlace> &rows)
     return covered + widestGap < window.list()->height();
 }
 
-/// A row that was on screen before and after has moved by something else than the step.
+/// A row that was on screen before and after has moved by something else than the step. One whose
+/// beginning was above the screen may have got longer there: its end tells.
 bool hasJumped(const std::vector<RowPlace> &before, const std::vector<RowPlace> &after, double step)
 {
     constexpr double tolerance = 1.5; // rows stand on whole pixels
     return std::ranges::any_of(before, [&](const RowPlace &old) {
         const auto now = std::ranges::find(after, old.item, &RowPlace::item);
-        return old.item && now != after.end() && std::abs(now->top - old.top + step) > tolerance;
+        if (!old.item || now == after.end()) {
+            return false;
+        }
+        const bool isTopSteady = std::abs(now->top - old.top + step) <= tolerance;
+        const bool isBottomSteady = std::abs(now->bottom - old.bottom + step) <= tolerance;
+        return !isTopSteady && !(old.top < 0 && isBottomSteady);
     });
 }
 

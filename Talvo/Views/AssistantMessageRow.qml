@@ -6,6 +6,7 @@ MessageRow {
     id: row
 
     isAssistant: true
+    stack: message
     contentWidth: message.naturalWidth
     contentHeight: message.height
 
@@ -15,6 +16,7 @@ MessageRow {
         x: row.horizontalPadding
         y: row.verticalPadding
         width: row.maximumContentWidth
+        fromEnd: row.growsUpwards
         content: row.content
     }
 }

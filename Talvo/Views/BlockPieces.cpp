@@ -245,6 +245,18 @@ std::size_t BlockPieces::countWithin(std::size_t first, qint64 effort) const
     return static_cast<std::size_t>(std::max<std::ptrdiff_t>(1, end - begin));
 }
 
+std::size_t BlockPieces::countBackWithin(std::size_t end, qint64 effort) const
+{
+    if (end == 0 || end > m_effort.size())
+        return 0;
+    const qint64 allowed = m_effort[end - 1] - effort;
+    if (allowed <= 0)
+        return end;
+    const auto last = m_effort.begin() + static_cast<std::ptrdiff_t>(end);
+    const auto before = std::lower_bound(m_effort.begin(), last, allowed);
+    return static_cast<std::size_t>(std::max<std::ptrdiff_t>(1, last - before - 1));
+}
+
 void BlockPieces::add(MarkdownBlock::Content content)
 {
     const qint64 before = m_effort.empty() ? 0 : m_effort.back();

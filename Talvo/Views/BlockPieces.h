@@ -39,6 +39,8 @@ public:
     /// there are any. One is a short block, a table cell, 200 letters or two
     /// emoji.
     [[nodiscard]] std::size_t countWithin(std::size_t first, qint64 effort) const;
+    /// The same from the piece before `end` backwards.
+    [[nodiscard]] std::size_t countBackWithin(std::size_t end, qint64 effort) const;
 
     /// Whether both have the same pieces; how they were cut is not compared.
     friend bool operator==(const BlockPieces &a, const BlockPieces &b)

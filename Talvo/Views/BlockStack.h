@@ -32,13 +32,15 @@ Q_SIGNALS:
     void naturalWidthChanged();
 
 protected:
+    /// Gives the children their places, and the stack its size, now.
+    void layOut();
+
     void componentComplete() override;
     void geometryChange(const QRectF &now, const QRectF &before) override;
     void itemChange(ItemChange change, const ItemChangeData &data) override;
     void updatePolish() override;
 
 private:
-    void layOut();
     /// Takes in that a child's size has changed.
     void follow();
     [[nodiscard]] qreal extent(const QQuickItem *child) const;

@@ -20,6 +20,7 @@ MarkdownText::Rank rankOfHeading(int level)
 MarkdownBlockStack::MarkdownBlockStack(QQuickItem *parent)
     : BlockStack(parent)
 {
+    connect(&m_blocks, &MarkdownBlocks::fromEndChanged, this, &MarkdownBlockStack::fromEndChanged);
 }
 
 void MarkdownBlockStack::setContent(const QString &content)
@@ -48,7 +49,10 @@ void MarkdownBlockStack::componentComplete()
     connect(&m_blocks, &MarkdownBlocks::modelReset, this, &MarkdownBlockStack::rebuild);
     connect(&m_blocks, &MarkdownBlocks::dataChanged, this, &MarkdownBlockStack::rebuild);
     connect(&m_blocks, &MarkdownBlocks::rowsInserted, this,
-            [this](const QModelIndex &, int first, int last) { insertViews(first, last); });
+            [this](const QModelIndex &, int first, int last) {
+                insertViews(first, last);
+                layOut();
+            });
     connect(&m_blocks, &MarkdownBlocks::rowsRemoved, this,
             [this](const QModelIndex &, int first, int last) { removeViews(first, last); });
     rebuild();
@@ -61,13 +65,17 @@ void MarkdownBlockStack::rebuild()
     insertViews(0, m_blocks.rowCount() - 1);
 }
 
-/// New rows are always the last ones: the stack shows its children in the order in which they came.
+/// The stack shows its children in the order in which they are stacked.
 void MarkdownBlockStack::insertViews(int first, int last)
 {
-    Q_ASSERT(first == m_views.size());
-    m_views.reserve(last + 1);
-    for (int row = first; row <= last; ++row)
-        m_views.append(makeView(row));
+    QQuickItem *const next = m_views.value(first);
+    m_views.reserve(m_views.size() + last + 1 - first);
+    for (int row = first; row <= last; ++row) {
+        QQuickItem *const view = makeView(row);
+        if (next)
+            view->stackBefore(next);
+        m_views.insert(row, view);
+    }
 }
 
 void MarkdownBlockStack::removeViews(int first, int last)

@@ -21,6 +21,8 @@ class MarkdownBlockStack : public Talvo::BlockStack
     Q_PROPERTY(QString content READ content WRITE setContent NOTIFY contentChanged REQUIRED FINAL)
     /// The text is no Markdown.
     Q_PROPERTY(bool literal READ isLiteral WRITE setLiteral NOTIFY literalChanged FINAL)
+    /// The end of a long text is made first. Set once.
+    Q_PROPERTY(bool fromEnd READ isFromEnd WRITE setFromEnd NOTIFY fromEndChanged FINAL)
     /// Of the texts; set once, outlives the stack.
     Q_PROPERTY(Talvo::MessageLooks *looks MEMBER m_looks NOTIFY looksChanged FINAL)
     /// Made with the initial property `table`, a `blockTable`.
@@ -38,12 +40,21 @@ public:
     [[nodiscard]] bool isLiteral() const { return m_blocks.isLiteral(); }
     void setLiteral(bool isLiteral);
 
+    [[nodiscard]] bool isFromEnd() const { return m_blocks.isFromEnd(); }
+    void setFromEnd(bool isFromEnd) { m_blocks.setFromEnd(isFromEnd); }
+
+    /// True while a part of a long text is still to be made, at the beginning or at the end.
+    [[nodiscard]] bool isGrowing() const { return m_blocks.isGrowing(); }
+    /// Makes a portion of it now; the stack has its new height afterwards.
+    void grow() { m_blocks.grow(); }
+
     /// Goes on where a text beyond all measure was cut off; does nothing when it was not.
     Q_INVOKABLE void showMore() { m_blocks.showMore(); }
 
 Q_SIGNALS:
     void contentChanged();
     void literalChanged();
+    void fromEndChanged();
     void looksChanged();
     void viewsChanged();
 

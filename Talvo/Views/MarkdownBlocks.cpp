@@ -8,7 +8,7 @@
 #include <QMutex>
 #include <QSemaphore>
 #include <QThreadPool>
-#include <QTimer>
+#include <QTimerEvent>
 
 #include <algorithm>
 #include <variant>
@@ -20,10 +20,11 @@ namespace {
 /// while it is scrolled. Nearly every reply is parsed within this time; it is less than a frame.
 constexpr int patienceMilliseconds = 4;
 
-/// What is drawn at once (nearly every reply as a whole), and per turn of the event loop from then
-/// on; see BlockPieces::countWithin().
-constexpr qint64 firstPortion = 400;
-constexpr qint64 portion = 40;
+/// What is drawn at once (most replies as a whole), and in each portion from then on; see
+/// BlockPieces::countWithin().
+constexpr qint64 firstPortion = 60;
+constexpr qint64 portion = 30;
+constexpr int millisecondsBetweenPortions = 8;
 
 /// Before everything else that waits for a worker thread: the user is looking at this text.
 constexpr int userInitiatedPriority = 10;
@@ -121,6 +122,14 @@ void MarkdownBlocks::setLiteral(bool isLiteral)
         parse();
 }
 
+void MarkdownBlocks::setFromEnd(bool isFromEnd)
+{
+    if (m_isFromEnd == isFromEnd)
+        return;
+    m_isFromEnd = isFromEnd;
+    Q_EMIT fromEndChanged();
+}
+
 void MarkdownBlocks::parse()
 {
     auto job = std::make_shared<Job>();
@@ -152,13 +161,20 @@ void MarkdownBlocks::show(const Job &job)
     const bool wasParsed = isParsed();
     beginResetModel();
     m_pieces = job.result;
-    m_offersMore = false;
-    m_rows = 0;
     m_allowed = 0;
     extend();
-    m_rows = std::min(static_cast<int>(m_pieces->countWithin(0, firstPortion)), m_allowed);
+    if (m_isFromEnd) {
+        m_end = m_allowed;
+        m_begin = m_end - static_cast<int>(m_pieces->countBackWithin(
+                              static_cast<std::size_t>(m_end), firstPortion));
+        m_offersMore = m_allowed < pieceCount();
+    } else {
+        m_begin = 0;
+        m_end = std::min(static_cast<int>(m_pieces->countWithin(0, firstPortion)), m_allowed);
+        m_offersMore = false;
+    }
     endResetModel();
-    grow();
+    goOn();
     if (isParsed() != wasParsed)
         Q_EMIT parsedChanged();
 }
@@ -173,42 +189,58 @@ void MarkdownBlocks::showMore()
 {
     if (!m_offersMore)
         return;
-    beginRemoveRows({}, m_rows, m_rows);
+    beginRemoveRows({}, shownCount(), shownCount());
     m_offersMore = false;
     endRemoveRows();
     extend();
-    grow();
+    goOn();
+}
+
+void MarkdownBlocks::goOn()
+{
+    if (isGrowing()) {
+        if (!m_growth.isActive())
+            m_growth.start(millisecondsBetweenPortions, this);
+        return;
+    }
+    m_growth.stop();
+    if (m_allowed == pieceCount() || m_offersMore)
+        return;
+    beginInsertRows({}, shownCount(), shownCount());
+    m_offersMore = true;
+    endInsertRows();
+}
+
+void MarkdownBlocks::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == m_growth.timerId())
+        grow();
 }
 
 void MarkdownBlocks::grow()
 {
-    if (m_rows == m_allowed) {
-        if (m_allowed == pieceCount() || m_offersMore)
-            return;
-        beginInsertRows({}, m_rows, m_rows);
-        m_offersMore = true;
+    if (m_begin > 0) {
+        const auto count = static_cast<int>(
+            m_pieces->countBackWithin(static_cast<std::size_t>(m_begin), portion));
+        beginInsertRows({}, 0, count - 1);
+        m_begin -= count;
         endInsertRows();
-        return;
+    } else if (m_end < m_allowed) {
+        const auto next =
+            static_cast<int>(m_pieces->countWithin(static_cast<std::size_t>(m_end), portion));
+        const int count = std::min(next, m_allowed - m_end);
+        beginInsertRows({}, shownCount(), shownCount() + count - 1);
+        m_end += count;
+        endInsertRows();
     }
-    const auto next = [this, pieces = m_pieces] {
-        if (pieces != m_pieces || m_rows == m_allowed)
-            return;
-        const auto first = static_cast<std::size_t>(m_rows);
-        const int count =
-            std::min(static_cast<int>(m_pieces->countWithin(first, portion)), m_allowed - m_rows);
-        beginInsertRows({}, m_rows, m_rows + count - 1);
-        m_rows += count;
-        endInsertRows();
-        grow();
-    };
-    QTimer::singleShot(0, this, next);
+    goOn();
 }
 
 int MarkdownBlocks::rowCount(const QModelIndex &parent) const
 {
     if (parent.isValid())
         return 0;
-    return isParsed() ? m_rows + (m_offersMore ? 1 : 0) : 1;
+    return isParsed() ? shownCount() + (m_offersMore ? 1 : 0) : 1;
 }
 
 QVariant MarkdownBlocks::data(const QModelIndex &index, int role) const
@@ -222,7 +254,7 @@ QVariant MarkdownBlocks::data(const QModelIndex &index, int role) const
     if (isMoreRow(index.row()))
         return role == kindRole ? QVariant(QStringLiteral("more")) : QVariant();
     const MarkdownBlock::Content &content =
-        m_pieces->blocks()[static_cast<size_t>(index.row())].content;
+        m_pieces->blocks()[static_cast<size_t>(m_begin + index.row())].content;
     switch (role) {
     case kindRole:
         return m_isLiteral ? QStringLiteral("plain") : kind(content);

@@ -213,11 +213,12 @@ void MessageColumn::restack()
         fixed = m_rows.end() - 1;
     }
     const qreal fixedBottom = fixed->bottom();
+    const bool isBottomFixed = isEndFixed || fixed->growsUpwards;
     for (std::size_t i = 0; i < m_rows.size(); ++i) {
         m_rows[i].height = m_rows[i].item->height();
-        m_heights.set(m_firstIndex + static_cast<int>(i), m_rows[i].height + m_spacing);
+        rememberHeight(m_firstIndex + static_cast<int>(i), m_rows[i]);
     }
-    if (isEndFixed) {
+    if (isBottomFixed) {
         fixed->y = fixedBottom - fixed->height;
     }
     for (auto row = fixed + 1; row != m_rows.end(); ++row) {
@@ -225,6 +226,17 @@ void MessageColumn::restack()
     }
     for (auto row = fixed; row != m_rows.begin(); --row) {
         (row - 1)->y = row->y - m_spacing - (row - 1)->height;
+    }
+    for (Row &row : m_rows) {
+        row.growsUpwards = row.isGrowingUpwards(); // a whole row is like any other
+    }
+}
+
+/// A part of a row says less about its height than the estimate does.
+void MessageColumn::rememberHeight(int index, const Row &row)
+{
+    if (!row.isGrowing()) {
+        m_heights.set(index, row.height + m_spacing);
     }
 }
 
@@ -244,11 +256,49 @@ void MessageColumn::fill()
     if (m_rows.empty()) {
         startFromEstimate();
     }
-    while (lastIndex() < rowCount() - 1 && m_rows.back().bottom() < bottom) {
-        appendRow();
+    fillDownTo(m_viewportY + m_viewportHeight, bottom);
+    fillUpTo(m_viewportY, top);
+}
+
+void MessageColumn::fillDownTo(qreal visibleBottom, qreal bottom)
+{
+    while (m_rows.back().bottom() < bottom) {
+        if (m_rows.back().isGrowingDownwards()) {
+            if (m_rows.back().bottom() >= visibleBottom) {
+                return; // the rest of it comes in its own time
+            }
+            grow(m_rows.back());
+        } else if (!isLastRowMade()) {
+            appendRow();
+        } else {
+            return;
+        }
     }
-    while (m_firstIndex > 0 && m_rows.front().y > top) {
-        prependRow();
+}
+
+void MessageColumn::fillUpTo(qreal visibleTop, qreal top)
+{
+    while (m_rows.front().y > top) {
+        if (m_rows.front().isGrowingUpwards()) {
+            if (m_rows.front().y <= visibleTop) {
+                return; // the rest of it comes in its own time
+            }
+            grow(m_rows.front());
+        } else if (m_firstIndex > 0) {
+            prependRow();
+        } else {
+            return;
+        }
+    }
+}
+
+void MessageColumn::grow(Row &row)
+{
+    const qreal bottom = row.bottom();
+    row.stack->grow();
+    row.height = row.item->height();
+    if (row.growsUpwards) {
+        row.y = bottom - row.height;
     }
 }
 
@@ -258,35 +308,35 @@ void MessageColumn::startFromEstimate()
 {
     if (m_isAtEnd) {
         m_firstIndex = rowCount() - 1;
-        Row row = makeRow(m_firstIndex);
+        Row row = makeRow(m_firstIndex, true);
         row.y = m_viewportY + m_viewportHeight - m_padding - footerExtent() - row.height;
         m_rows.push_back(row);
         return;
     }
     const qreal firstTop = m_originY + m_padding;
     m_firstIndex = m_heights.rowAt(m_viewportY - firstTop);
-    Row row = makeRow(m_firstIndex);
+    Row row = makeRow(m_firstIndex, false);
     row.y = firstTop + m_heights.sumBefore(m_firstIndex);
     m_rows.push_back(row);
 }
 
 void MessageColumn::appendRow()
 {
-    Row row = makeRow(lastIndex() + 1);
+    Row row = makeRow(lastIndex() + 1, false);
     row.y = m_rows.back().bottom() + m_spacing;
     m_rows.push_back(row);
 }
 
 void MessageColumn::prependRow()
 {
-    Row row = makeRow(m_firstIndex - 1);
+    Row row = makeRow(m_firstIndex - 1, true);
     row.y = m_rows.front().y - m_spacing - row.height;
     row.item->stackBefore(m_rows.front().item);
     m_rows.push_front(row);
     --m_firstIndex;
 }
 
-MessageColumn::Row MessageColumn::makeRow(int index)
+MessageColumn::Row MessageColumn::makeRow(int index, bool growsUpwards)
 {
     const ChatMessage &message = m_model->at(index);
     QQmlComponent *delegate =
@@ -294,6 +344,7 @@ MessageColumn::Row MessageColumn::makeRow(int index)
     QObject *object = delegate->createWithInitialProperties(
         {{QStringLiteral("parent"), QVariant::fromValue<QQuickItem *>(this)},
          {QStringLiteral("width"), width()},
+         {QStringLiteral("growsUpwards"), growsUpwards},
          {QStringLiteral("content"), QString::fromUtf8(message.content)}},
         delegate->creationContext());
     auto *item = qobject_cast<QQuickItem *>(object);
@@ -302,9 +353,10 @@ MessageColumn::Row MessageColumn::makeRow(int index)
     }
     item->setParent(this);
     connect(item, &QQuickItem::heightChanged, this, &MessageColumn::polish);
-    const qreal height = item->height();
-    m_heights.set(index, height + m_spacing);
-    return {item, 0, height};
+    const Row row{item, 0, item->height(), growsUpwards,
+                  item->property("stack").value<MarkdownBlockStack *>()};
+    rememberHeight(index, row);
+    return row;
 }
 
 void MessageColumn::discardDistantRows()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Views/MarkdownBlockStack.h"
 #include "Views/RowHeights.h"
 #include "Views/SelectedMessages.h"
 
@@ -18,6 +19,8 @@ namespace Talvo {
 /// learns from it where the content begins and ends (`originY`, `endY`, which move as estimated
 /// heights give way to measured ones). What is visible never moves by itself: when heights change,
 /// the rows above and below give way. While the end of the list is visible, the end is what stays.
+/// A row with a long text is made in portions, towards where the user goes: so much of it exists at
+/// once as is visible, and no row beyond it exists before it is whole.
 ///
 /// The cost of a frame depends on what is visible, not on the number of messages. GUI thread.
 class MessageColumn : public QQuickItem
@@ -27,7 +30,8 @@ class MessageColumn : public QQuickItem
     /// The messages to show.
     Q_PROPERTY(
         Talvo::SelectedMessages *model READ model WRITE setModel NOTIFY modelChanged REQUIRED)
-    /// Made with the initial properties `content` and `width`.
+    /// Made with the initial properties `content`, `width` and `growsUpwards`; may have a `stack`, a
+    /// MarkdownBlockStack that is made in portions.
     Q_PROPERTY(QQmlComponent *userDelegate MEMBER m_userDelegate NOTIFY delegatesChanged REQUIRED)
     /// Like `userDelegate`, for replies.
     Q_PROPERTY(QQmlComponent *assistantDelegate MEMBER m_assistantDelegate NOTIFY delegatesChanged
@@ -100,7 +104,13 @@ private:
         QQuickItem *item = nullptr;
         qreal y = 0;
         qreal height = 0;
+        bool growsUpwards = false;
+        QPointer<MarkdownBlockStack> stack; ///< what draws its text, if that may be a long one
+
         [[nodiscard]] qreal bottom() const { return y + height; }
+        [[nodiscard]] bool isGrowing() const { return stack && stack->isGrowing(); }
+        [[nodiscard]] bool isGrowingUpwards() const { return growsUpwards && isGrowing(); }
+        [[nodiscard]] bool isGrowingDownwards() const { return !growsUpwards && isGrowing(); }
     };
 
     void replaceContent();
@@ -126,9 +136,14 @@ private:
         return !m_rows.empty() && lastIndex() == rowCount() - 1;
     }
     [[nodiscard]] qreal footerExtent() const;
-    [[nodiscard]] Row makeRow(int index);
+    [[nodiscard]] Row makeRow(int index, bool growsUpwards);
     void appendRow();
     void prependRow();
+    void fillDownTo(qreal visibleBottom, qreal bottom);
+    void fillUpTo(qreal visibleTop, qreal top);
+    /// Makes the next portion of a row whose text is long, which keeps its other end where it is.
+    void grow(Row &row);
+    void rememberHeight(int index, const Row &row);
 
     QPointer<SelectedMessages> m_model;
     QPointer<QQmlComponent> m_userDelegate;

@@ -8,6 +8,10 @@ Item {
     /// The message's text, for the view in the bubble.
     required property string content
     required property bool isAssistant
+    /// The row is made above what is visible: a long text is made from its end on.
+    property bool growsUpwards: false
+    /// What draws a text that may be long enough to be made in portions, or null.
+    property MarkdownBlockStack stack: null
     /// How much of maximumContentWidth the bubble's content needs.
     required property real contentWidth
     required property real contentHeight

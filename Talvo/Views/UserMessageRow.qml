@@ -13,6 +13,7 @@ MessageRow {
     readonly property bool isLong: row.content.length > 20000
 
     isAssistant: false
+    stack: pieces.item as MarkdownBlockStack
     contentWidth: row.isLong ? (pieces.item?.naturalWidth ?? 0) : message.contentWidth
     contentHeight: row.isLong ? pieces.height : message.height
 
@@ -38,6 +39,7 @@ MessageRow {
         sourceComponent: MarkdownMessageView {
             content: row.content
             literal: true
+            fromEnd: row.growsUpwards
             looks: Theme.ownMessageLooks
         }
     }

@@ -183,6 +183,17 @@ TEST(BlockPieces, CountsWhatAnEffortAllows)
     EXPECT_EQ(piecesOf(QString(15'000, u'x')).countWithin(0, 1), 1U) << "else nothing ever shows";
 }
 
+TEST(BlockPieces, CountsBackwardsToo)
+{
+    const BlockPieces pieces = piecesOf(QStringLiteral("a\n\n").repeated(100));
+    EXPECT_EQ(pieces.countBackWithin(100, 40), 40U);
+    EXPECT_EQ(pieces.countBackWithin(41, 40), 40U);
+    EXPECT_EQ(pieces.countBackWithin(40, 40), 40U);
+    EXPECT_EQ(pieces.countBackWithin(10, 40), 10U);
+    EXPECT_EQ(pieces.countBackWithin(0, 40), 0U);
+    EXPECT_EQ(piecesOf(QString(15'000, u'x')).countBackWithin(1, 1), 1U) << "else nothing ever shows";
+}
+
 TEST(BlockPieces, TakesPlainTextAsItStands)
 {
     const QString text = QStringLiteral("# **x** ").repeated(5'000);

@@ -4,6 +4,7 @@
 
 #include <QSemaphore>
 #include <QSignalSpy>
+#include <QTest>
 #include <QThreadPool>
 #include <gtest/gtest.h>
 
@@ -125,10 +126,7 @@ TEST(MarkdownBlocks, KeepsTheOldBlocksUntilTheNewOnesAreThere)
 void waitUntilGrown(MarkdownBlocks &blocks)
 {
     waitUntilParsed(blocks);
-    for (int before = -1; before != blocks.rowCount();) {
-        before = blocks.rowCount();
-        QCoreApplication::processEvents();
-    }
+    EXPECT_TRUE(QTest::qWaitFor([&blocks] { return !blocks.isGrowing(); }));
 }
 
 TEST(MarkdownBlocks, ShowsALongReplyInPortions)
@@ -141,6 +139,47 @@ TEST(MarkdownBlocks, ShowsALongReplyInPortions)
     EXPECT_GT(inserted.count(), 1);
     for (const QList<QVariant> &portion : inserted)
         EXPECT_LE(portion.at(2).toInt() - portion.at(1).toInt(), 60);
+}
+
+TEST(MarkdownBlocks, ShowsALongReplyFromItsEnd)
+{
+    MarkdownBlocks blocks;
+    blocks.setFromEnd(true);
+    QString reply;
+    for (int i = 0; i < 1'000; ++i)
+        reply += QStringLiteral("- %1\n").arg(i);
+    blocks.setContent(reply);
+    waitUntilParsed(blocks);
+    EXPECT_LT(blocks.rowCount(), 1'000);
+    EXPECT_EQ(textOf(blocks, blocks.rowCount() - 1), QStringLiteral("999"));
+
+    const int before = blocks.rowCount();
+    blocks.grow();
+    EXPECT_GT(blocks.rowCount(), before) << "a portion that is wanted at once";
+    EXPECT_EQ(textOf(blocks, 0), QString::number(1'000 - blocks.rowCount()));
+
+    waitUntilGrown(blocks);
+    ASSERT_EQ(blocks.rowCount(), 1'000);
+    for (int i = 0; i < 1'000; ++i)
+        EXPECT_EQ(textOf(blocks, i), QString::number(i));
+    blocks.grow();
+    EXPECT_EQ(blocks.rowCount(), 1'000) << "there is no more";
+}
+
+TEST(MarkdownBlocks, OffersMoreFromTheEnd)
+{
+    MarkdownBlocks blocks;
+    blocks.setFromEnd(true);
+    blocks.setContent(QStringLiteral("- a\n").repeated(10'000));
+    waitUntilParsed(blocks);
+    EXPECT_EQ(kinds(blocks).last(), QStringLiteral("more"));
+    waitUntilGrown(blocks);
+    const int shown = blocks.rowCount();
+    EXPECT_EQ(kinds(blocks).last(), QStringLiteral("more"));
+    EXPECT_EQ(kinds(blocks).count(QStringLiteral("more")), 1);
+    blocks.showMore();
+    waitUntilGrown(blocks);
+    EXPECT_GT(blocks.rowCount(), shown);
 }
 
 TEST(MarkdownBlocks, OffersMoreOfAReplyBeyondAllMeasure)

@@ -38,12 +38,14 @@ Item {
 
                 userDelegate: Rectangle {
                     property string content
+                    property bool growsUpwards
 
                     objectName: "user"
                     height: 40
                 }
                 assistantDelegate: Rectangle {
                     property string content
+                    property bool growsUpwards
 
                     objectName: "assistant"
                     height: 100
