@@ -220,8 +220,8 @@ void MarkdownBlocks::timerEvent(QTimerEvent *event)
 void MarkdownBlocks::grow()
 {
     if (m_begin > 0) {
-        const auto count = static_cast<int>(
-            m_pieces->countBackWithin(static_cast<std::size_t>(m_begin), portion));
+        const auto count =
+            static_cast<int>(m_pieces->countBackWithin(static_cast<std::size_t>(m_begin), portion));
         beginInsertRows({}, 0, count - 1);
         m_begin -= count;
         endInsertRows();

@@ -17,8 +17,8 @@ namespace Talvo {
 /// ended. While there are no blocks (before the first parse has ended, or when the text has none)
 /// the list has one row of kind "plain" with the text as it stands, or the beginning of a very long
 /// one. Very large blocks come in pieces, and those of a long reply are added in portions, from its
-/// beginning or from its end on, so that drawing them never holds the window up. A reply beyond all measure ends with a row of kind
-/// "more", until more of it is asked for. GUI thread only.
+/// beginning or from its end on, so that drawing them never holds the window up. A reply beyond all
+/// measure ends with a row of kind "more", until more of it is asked for. GUI thread only.
 class MarkdownBlocks : public QAbstractListModel
 {
     Q_OBJECT

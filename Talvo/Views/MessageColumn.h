@@ -30,8 +30,8 @@ class MessageColumn : public QQuickItem
     /// The messages to show.
     Q_PROPERTY(
         Talvo::SelectedMessages *model READ model WRITE setModel NOTIFY modelChanged REQUIRED)
-    /// Made with the initial properties `content`, `width` and `growsUpwards`; may have a `stack`, a
-    /// MarkdownBlockStack that is made in portions.
+    /// Made with the initial properties `content`, `width` and `growsUpwards`; may have a `stack`,
+    /// a MarkdownBlockStack that is made in portions.
     Q_PROPERTY(QQmlComponent *userDelegate MEMBER m_userDelegate NOTIFY delegatesChanged REQUIRED)
     /// Like `userDelegate`, for replies.
     Q_PROPERTY(QQmlComponent *assistantDelegate MEMBER m_assistantDelegate NOTIFY delegatesChanged

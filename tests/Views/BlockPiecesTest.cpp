@@ -191,7 +191,8 @@ TEST(BlockPieces, CountsBackwardsToo)
     EXPECT_EQ(pieces.countBackWithin(40, 40), 40U);
     EXPECT_EQ(pieces.countBackWithin(10, 40), 10U);
     EXPECT_EQ(pieces.countBackWithin(0, 40), 0U);
-    EXPECT_EQ(piecesOf(QString(15'000, u'x')).countBackWithin(1, 1), 1U) << "else nothing ever shows";
+    EXPECT_EQ(piecesOf(QString(15'000, u'x')).countBackWithin(1, 1), 1U)
+        << "else nothing ever shows";
 }
 
 TEST(BlockPieces, TakesPlainTextAsItStands)

@@ -168,6 +168,61 @@ Item {
             verify(rows(list).length < 40, "only rows nearby exist");
         }
 
+        function itemsOf(list) {
+            return Probe.find(list, "Talvo::MarkdownText").filter(text => Probe.name(text).startsWith("madde "));
+        }
+
+        function placeOf(text, list) {
+            return text.mapToItem(list, 0, 0).y;
+        }
+
+        function longReply(count) {
+            return Array.from({
+                    "length": count
+                }, (_, index) => "- madde " + index).join("\n");
+        }
+
+        function test_aLongReplyIsMadeFromItsEndOn() {
+            const list = make(["Önce", "Soru", longReply(1000)]);
+            const last = itemsOf(list).find(text => Probe.name(text) === "madde 999");
+            const place = placeOf(last, list);
+            verify(place < list.height, "the end is visible");
+            tryVerify(() => itemsOf(list).length === 1000);
+            settle(list);
+            compare(placeOf(last, list), place, "what is visible stays where it is");
+        }
+
+        function test_aLongReplyIsThereWhereverTheUserGoes_data() {
+            return [{
+                    "tag": "upwards",
+                    "step": -300
+                }, {
+                    "tag": "downwards",
+                    "step": 300
+                }];
+        }
+
+        function test_aLongReplyIsThereWhereverTheUserGoes(data) {
+            const list = make(many(12).concat(longReply(300)).concat(many(13)));
+            if (data.step > 0) {
+                list.contentY = list.startY;
+                settle(list);
+            }
+            const isInside = () => data.step > 0 ? list.contentY < list.endContentY - data.step : list.contentY > list.startY - data.step;
+            let seen = 0;
+            while (isInside()) {
+                const before = new Map(itemsOf(list).map(text => [text, placeOf(text, list)]));
+                list.contentY += data.step;
+                settle(list);
+                const shown = itemsOf(list).filter(text => placeOf(text, list) >= 0 && placeOf(text, list) < list.height);
+                const known = shown.filter(text => before.has(text));
+                for (const text of known)
+                    compare(placeOf(text, list), before.get(text) - data.step, Probe.name(text));
+                seen = Math.max(seen, shown.length);
+            }
+            verify(seen > 10, "a view full of items was passed: " + seen);
+        }
+
         function test_followsTheMessageTheThinkingRowAndTheReply() {
             const list = make(many(60));
             list.contentY -= 1500;
