@@ -2,8 +2,9 @@
 
 namespace Talvo {
 
-/// Teaches assistive technology to write into the text fields, which Qt 6.4 only lets it read, and
-/// keeps the characters of masked fields from it. Once, at the start of the program, GUI thread.
+/// Teaches assistive technology to write into the text fields, which Qt 6.4 only lets it read,
+/// keeps the characters of masked fields from it, and tells it what each text of a message is.
+/// Once, at the start of the program, GUI thread.
 void installAccessibleEditors();
 
 } // namespace Talvo

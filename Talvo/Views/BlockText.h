@@ -14,11 +14,6 @@ namespace Talvo {
 /// result instead of copying it. Immutable, any thread.
 class BlockText
 {
-    Q_GADGET
-    QML_VALUE_TYPE(blockText)
-    /// What the user sees, without any markup.
-    Q_PROPERTY(QString plain READ plain FINAL)
-
 public:
     BlockText() = default;
     /// @param text never null; usually aliases the whole parse result.
@@ -26,6 +21,7 @@ public:
 
     /// The text with its runs; empty for a handle made of nothing.
     [[nodiscard]] const AttributedString &value() const;
+    /// What the user sees, without any markup.
     [[nodiscard]] QString plain() const { return value().text; }
 
     /// Equal when both share the same piece of the same parse result.

@@ -17,6 +17,7 @@ class CursorRest : public QObject
     Q_OBJECT
 
 public:
+    /// As long as the desktop's own text fields wait.
     static constexpr std::chrono::seconds usualDelay{10};
 
     /// @param window watched, and the owner of this object

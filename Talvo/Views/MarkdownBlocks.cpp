@@ -254,7 +254,7 @@ QVariant MarkdownBlocks::data(const QModelIndex &index, int role) const
     if (isMoreRow(index.row()))
         return role == kindRole ? QVariant(QStringLiteral("more")) : QVariant();
     const MarkdownBlock::Content &content =
-        m_pieces->blocks()[static_cast<size_t>(m_begin + index.row())].content;
+        m_pieces->blocks()[static_cast<size_t>(m_begin) + static_cast<size_t>(index.row())].content;
     switch (role) {
     case kindRole:
         return m_isLiteral ? QStringLiteral("plain") : kind(content);

@@ -20,6 +20,7 @@ class MarkdownTableGrid : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
+    /// What is shown.
     Q_PROPERTY(Talvo::BlockTable table READ table WRITE setTable NOTIFY tableChanged FINAL)
     /// Outlives the grid.
     Q_PROPERTY(Talvo::MessageLooks *looks READ looks WRITE setLooks NOTIFY looksChanged FINAL)
@@ -29,6 +30,7 @@ public:
     ~MarkdownTableGrid() override;
     Q_DISABLE_COPY_MOVE(MarkdownTableGrid)
 
+    /// What is shown.
     [[nodiscard]] BlockTable table() const { return m_table; }
     void setTable(const BlockTable &table);
     [[nodiscard]] MessageLooks *looks() const { return m_looks; }

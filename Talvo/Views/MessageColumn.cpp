@@ -199,7 +199,8 @@ void MessageColumn::keepViewportInside()
 }
 
 /// Gives the rows that exist their present heights and moves those around the fixed one: the first
-/// visible row keeps its top or, with the end in view, the last row its bottom.
+/// visible row keeps its top (its bottom, where it is made upwards) or, with the end in view, the
+/// last row its bottom.
 void MessageColumn::restack()
 {
     if (m_rows.empty()) {
@@ -353,8 +354,8 @@ MessageColumn::Row MessageColumn::makeRow(int index, bool growsUpwards)
     }
     item->setParent(this);
     connect(item, &QQuickItem::heightChanged, this, &MessageColumn::polish);
-    const Row row{item, 0, item->height(), growsUpwards,
-                  item->property("stack").value<MarkdownBlockStack *>()};
+    Row row{item, 0, item->height(), growsUpwards,
+            item->property("stack").value<MarkdownBlockStack *>()};
     rememberHeight(index, row);
     return row;
 }

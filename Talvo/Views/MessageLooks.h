@@ -13,6 +13,7 @@ class MessageLooks : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
+    /// Of all text but links.
     Q_PROPERTY(QColor text MEMBER text NOTIFY coloursChanged FINAL)
     /// Behind selected text.
     Q_PROPERTY(QColor selection MEMBER selection NOTIFY coloursChanged FINAL)

@@ -2,6 +2,7 @@
 
 #include "Views/MessageLooks.h"
 
+#include <QAccessible>
 #include <QPointer>
 #include <QtQmlIntegration>
 
