@@ -147,8 +147,10 @@ void MarkdownBlocks::parse()
                 model, [model, job] { model->show(*job); }, Qt::QueuedConnection);
     };
     QThreadPool::globalInstance()->start(work, userInitiatedPriority);
-    if (!isParsed() && job->done.tryAcquire(1, patienceMilliseconds))
-        show(*job);
+    if (isParsed())
+        return;
+    m_firstParse = job;
+    grow();
 }
 
 void MarkdownBlocks::show(const Job &job)
@@ -156,6 +158,8 @@ void MarkdownBlocks::show(const Job &job)
     if (job.number <= m_shown)
         return;
     m_shown = job.number;
+    if (m_firstParse && m_firstParse->number <= m_shown)
+        m_firstParse.reset();
     if (*job.result == *m_pieces)
         return;
     const bool wasParsed = isParsed();
@@ -198,7 +202,7 @@ void MarkdownBlocks::showMore()
 
 void MarkdownBlocks::goOn()
 {
-    if (isGrowing()) {
+    if (hasPortions()) {
         if (!m_growth.isActive())
             m_growth.start(millisecondsBetweenPortions, this);
         return;
@@ -219,6 +223,11 @@ void MarkdownBlocks::timerEvent(QTimerEvent *event)
 
 void MarkdownBlocks::grow()
 {
+    if (const std::shared_ptr<Job> job = m_firstParse) {
+        if (job->done.tryAcquire(1, patienceMilliseconds))
+            show(*job);
+        return;
+    }
     if (m_begin > 0) {
         const auto count =
             static_cast<int>(m_pieces->countBackWithin(static_cast<std::size_t>(m_begin), portion));

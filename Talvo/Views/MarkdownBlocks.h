@@ -59,9 +59,10 @@ public:
     void setFromEnd(bool isFromEnd);
     [[nodiscard]] bool isParsed() const { return !m_pieces->blocks().empty(); }
 
-    /// True while portions are still to come.
-    [[nodiscard]] bool isGrowing() const { return m_begin > 0 || m_end < m_allowed; }
-    /// Adds the next portion now instead of in its time; does nothing when none is to come.
+    /// True while the first parse or portions are still to come.
+    [[nodiscard]] bool isGrowing() const { return m_firstParse || hasPortions(); }
+    /// Adds the next portion now instead of in its time, or waits a moment for the first parse; does
+    /// nothing when neither is to come.
     void grow();
 
     /// Goes on where the row of kind "more" stands; does nothing without one.
@@ -92,6 +93,7 @@ private:
     /// Allows for more to be drawn.
     void extend();
     [[nodiscard]] int pieceCount() const { return static_cast<int>(m_pieces->blocks().size()); }
+    [[nodiscard]] bool hasPortions() const { return m_begin > 0 || m_end < m_allowed; }
     [[nodiscard]] int shownCount() const { return m_end - m_begin; }
     [[nodiscard]] bool isMoreRow(int row) const { return isParsed() && row == shownCount(); }
 
@@ -105,6 +107,7 @@ private:
     int m_allowed = 0;         ///< how many they are to know of without being asked
     bool m_offersMore = false; ///< there is a row of kind "more" behind them
     std::shared_ptr<Owner> m_owner;
+    std::shared_ptr<Job> m_firstParse; ///< while it is to come
     quint64 m_started = 0;
     quint64 m_shown = 0;
 };

@@ -268,12 +268,14 @@ void MessageColumn::fillDownTo(qreal visibleBottom, qreal bottom)
             if (m_rows.back().bottom() >= visibleBottom) {
                 return; // the rest of it comes in its own time
             }
-            grow(m_rows.back());
-        } else if (!isLastRowMade()) {
-            appendRow();
-        } else {
+            if (grow(m_rows.back())) {
+                continue;
+            }
+        }
+        if (isLastRowMade()) {
             return;
         }
+        appendRow();
     }
 }
 
@@ -284,23 +286,27 @@ void MessageColumn::fillUpTo(qreal visibleTop, qreal top)
             if (m_rows.front().y <= visibleTop) {
                 return; // the rest of it comes in its own time
             }
-            grow(m_rows.front());
-        } else if (m_firstIndex > 0) {
-            prependRow();
-        } else {
+            if (grow(m_rows.front())) {
+                continue;
+            }
+        }
+        if (m_firstIndex == 0) {
             return;
         }
+        prependRow();
     }
 }
 
-void MessageColumn::grow(Row &row)
+bool MessageColumn::grow(Row &row)
 {
     const qreal bottom = row.bottom();
+    const qreal before = row.height;
     row.stack->grow();
     row.height = row.item->height();
     if (row.growsUpwards) {
         row.y = bottom - row.height;
     }
+    return row.height != before || !row.isGrowing();
 }
 
 /// Makes one row where the visible area is: its last row's bottom at the end, or the row that lies

@@ -142,7 +142,8 @@ private:
     void fillDownTo(qreal visibleBottom, qreal bottom);
     void fillUpTo(qreal visibleTop, qreal top);
     /// Makes the next portion of a row whose text is long, which keeps its other end where it is.
-    void grow(Row &row);
+    /// False when that takes longer than can be waited for.
+    [[nodiscard]] bool grow(Row &row);
     void rememberHeight(int index, const Row &row);
 
     QPointer<SelectedMessages> m_model;

@@ -86,6 +86,7 @@ TEST(MarkdownBlocks, ShowsTheRawTextUntilTheFirstParseEnds)
         const BusyWorkers busy;
         blocks.setContent(QStringLiteral("# x"));
         EXPECT_FALSE(blocks.isParsed());
+        EXPECT_TRUE(blocks.isGrowing()) << "its height is not final";
         EXPECT_EQ(kinds(blocks), QStringList(QStringLiteral("plain")));
         EXPECT_EQ(blocks.data(blocks.index(0), MarkdownBlocks::plainRole),
                   QVariant(QStringLiteral("# x")));
