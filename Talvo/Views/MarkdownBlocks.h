@@ -61,8 +61,8 @@ public:
 
     /// True while the first parse or portions are still to come.
     [[nodiscard]] bool isGrowing() const { return m_firstParse || hasPortions(); }
-    /// Adds the next portion now instead of in its time, or waits a moment for the first parse; does
-    /// nothing when neither is to come.
+    /// Adds the next portion now instead of in its time, or waits a moment for the first parse;
+    /// does nothing when neither is to come.
     void grow();
 
     /// Goes on where the row of kind "more" stands; does nothing without one.
