@@ -20,9 +20,9 @@ namespace {
 /// while it is scrolled. Nearly every reply is parsed within this time; it is less than a frame.
 constexpr int patienceMilliseconds = 4;
 
-/// What is drawn at once (nearly every reply as a whole), and in each portion from then on; see
+/// What is drawn at once (most replies as a whole), and in each portion from then on; see
 /// BlockPieces::countWithin().
-constexpr qint64 firstPortion = 400;
+constexpr qint64 firstPortion = 60;
 constexpr qint64 portion = 30;
 constexpr int millisecondsBetweenPortions = 8;
 

@@ -104,15 +104,20 @@ void TestWindow::settle(int milliseconds)
     loop.exec();
 }
 
-double TestWindow::busyOfFrame(const std::function<void()> &change)
+double TestWindow::busyOfFrame(const std::function<void()> &change,
+                               const std::function<void()> &drawn)
 {
     QEventLoop loop;
     // One more turn of the loop: what the frame has left to delete belongs to it.
-    QObject::connect(
-        m_window, &QQuickWindow::frameSwapped, &loop,
-        [&loop] { QTimer::singleShot(0, &loop, &QEventLoop::quit); }, Qt::DirectConnection);
+    const auto end = [&] {
+        drawn();
+        QTimer::singleShot(0, &loop, &QEventLoop::quit);
+    };
     QTimer::singleShot(0, &loop, [&] {
         change();
+        QObject::connect(
+            m_window, &QQuickWindow::frameSwapped, &loop, end,
+            static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::SingleShotConnection));
         m_window->update();
     });
     const double start = threadSeconds();

@@ -39,9 +39,11 @@ public:
     /// Runs the event loop for that long.
     void settle(int milliseconds = 400);
 
-    /// Makes a change and waits for the next frame; processor time of this thread until then, in
-    /// milliseconds.
-    double busyOfFrame(const std::function<void()> &change);
+    /// Makes a change and waits for the first frame after it; processor time of this thread until
+    /// then, in milliseconds.
+    /// @param drawn called while everything stands as it does in that frame
+    double busyOfFrame(
+        const std::function<void()> &change, const std::function<void()> &drawn = [] {});
     /// The same until everything that follows is over.
     double busyUntilSettled(const std::function<void()> &change);
 
