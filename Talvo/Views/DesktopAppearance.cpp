@@ -11,6 +11,25 @@
 
 namespace Talvo {
 
+namespace {
+
+/// The family of the application font and one for emoji, where there is one that is known.
+///
+/// By its own name: behind a generic one like "Sans Serif" the other family would come first.
+const QStringList &textFamilies()
+{
+    static const QStringList families = [] {
+        const QString emoji = QStringLiteral("Noto Color Emoji");
+        QStringList result{QFontInfo(QGuiApplication::font()).family()};
+        if (QFontDatabase::hasFamily(emoji))
+            result += emoji;
+        return result;
+    }();
+    return families;
+}
+
+} // namespace
+
 DesktopAppearance::DesktopAppearance(QObject *parent)
     : QObject(parent)
 {
@@ -27,9 +46,13 @@ int DesktopAppearance::bodyPixelSize()
     return QFontInfo(QGuiApplication::font()).pixelSize();
 }
 
-QString DesktopAppearance::family()
+QFont DesktopAppearance::font(int pixelSize, int weight)
 {
-    return QGuiApplication::font().family();
+    QFont font;
+    font.setFamilies(textFamilies());
+    font.setPixelSize(pixelSize);
+    font.setWeight(QFont::Weight(weight));
+    return font;
 }
 
 QString DesktopAppearance::fixedFamily()

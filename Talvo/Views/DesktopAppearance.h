@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QFont>
 #include <QObject>
 #include <QVariant>
 #include <QtQmlIntegration>
@@ -25,8 +26,6 @@ class DesktopAppearance : public QObject
     Q_PROPERTY(bool reducedMotion READ isReducedMotion NOTIFY changed FINAL)
     /// Height of the application font's letters as asked for, in device-independent pixels.
     Q_PROPERTY(int bodyPixelSize READ bodyPixelSize CONSTANT FINAL)
-    /// Family of the application font.
-    Q_PROPERTY(QString family READ family CONSTANT FINAL)
     /// Family of the system's fixed-width font.
     Q_PROPERTY(QString fixedFamily READ fixedFamily CONSTANT FINAL)
 
@@ -38,8 +37,12 @@ public:
     [[nodiscard]] QColor accent() const { return m_accent; }
     [[nodiscard]] bool isReducedMotion() const { return m_reducedMotion; }
     [[nodiscard]] static int bodyPixelSize();
-    [[nodiscard]] static QString family();
     [[nodiscard]] static QString fixedFamily();
+
+    /// The application font in a size, in device-independent pixels, and a weight, as QFont::Weight
+    /// has it. Behind its own family stands one for emoji, where the system has it: to find such
+    /// a font by itself the toolkit would look through all of them, again for each size and weight.
+    Q_INVOKABLE [[nodiscard]] static QFont font(int pixelSize, int weight);
 
     /// Contrast.h for the theme's expressions.
     Q_INVOKABLE [[nodiscard]] static QColor readable(const QColor &colour, const QColor &background,

@@ -13,31 +13,12 @@ QtObject {
 
     // Fonts, relative to the application font
     readonly property int bodySize: desktop.bodyPixelSize
-    readonly property string family: desktop.family
-    readonly property font body: Qt.font({
-            "family": family,
-            "pixelSize": bodySize
-        })
-    readonly property font strong: Qt.font({
-            "family": family,
-            "pixelSize": bodySize,
-            "weight": Font.DemiBold
-        })
-    readonly property font title: Qt.font({
-            "family": family,
-            "pixelSize": Math.round(bodySize * 22 / 13),
-            "weight": Font.DemiBold
-        })
-    readonly property font title2: Qt.font({
-            "family": family,
-            "pixelSize": Math.round(bodySize * 17 / 13),
-            "weight": Font.DemiBold
-        })
+    readonly property font body: desktop.font(bodySize, Font.Normal)
+    readonly property font strong: desktop.font(bodySize, Font.DemiBold)
+    readonly property font title: desktop.font(Math.round(bodySize * 22 / 13), Font.DemiBold)
+    readonly property font title2: desktop.font(Math.round(bodySize * 17 / 13), Font.DemiBold)
     readonly property font headline: strong
-    readonly property font caption: Qt.font({
-            "family": family,
-            "pixelSize": Math.round(bodySize * 10 / 13)
-        })
+    readonly property font caption: desktop.font(Math.round(bodySize * 10 / 13), Font.Normal)
     readonly property string fixedFamily: desktop.fixedFamily
 
     // Surfaces

@@ -1,8 +1,12 @@
 #include "Views/DesktopAppearance.h"
 
+#include <QFontInfo>
+#include <QGlyphRun>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QRawFont>
 #include <QSignalSpy>
+#include <QTextLayout>
 #include <gtest/gtest.h>
 
 namespace Talvo {
@@ -10,6 +14,19 @@ namespace {
 
 const QString appearance = QStringLiteral("org.freedesktop.appearance");
 const QString colorScheme = QStringLiteral("color-scheme");
+
+/// The families whose letters a text is drawn with.
+QStringList drawnFamilies(const QString &text, const QFont &font)
+{
+    QTextLayout layout(text, font);
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    QStringList families;
+    for (const QGlyphRun &run : layout.glyphRuns())
+        families += run.rawFont().familyName();
+    return families;
+}
 
 class DesktopAppearanceTest : public testing::Test
 {
@@ -74,6 +91,24 @@ TEST_F(DesktopAppearanceTest, IgnoresWhatItDoesNotUnderstand)
     desktop.take(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations"),
                  QStringLiteral("no"));
     EXPECT_EQ(changed.count(), 0);
+}
+
+TEST_F(DesktopAppearanceTest, GivesTheApplicationFontInASizeAndAWeight)
+{
+    const QFont font = DesktopAppearance::font(17, QFont::DemiBold);
+    EXPECT_EQ(font.pixelSize(), 17);
+    EXPECT_EQ(font.weight(), QFont::DemiBold);
+    EXPECT_EQ(QFontInfo(font).family(), QFontInfo(QGuiApplication::font()).family());
+}
+
+TEST_F(DesktopAppearanceTest, TheFontForEmojiDrawsNothingElse)
+{
+    const QFont font = DesktopAppearance::font(13, QFont::Normal);
+    EXPECT_EQ(drawnFamilies(QStringLiteral("👩‍💻"), font),
+              QStringList(QStringLiteral("Noto Color Emoji")));
+    // Fonts for emoji have digits too.
+    EXPECT_EQ(drawnFamilies(QStringLiteral("Çay 27 #*"), font),
+              QStringList(QFontInfo(QGuiApplication::font()).family()));
 }
 
 } // namespace
