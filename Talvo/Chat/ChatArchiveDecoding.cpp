@@ -1,6 +1,7 @@
 #include "Chat/ChatArchiveCoding.h"
 
 #include "Chat/BigIntegers.h"
+#include "Platform/BytePool.h"
 #include "Platform/LargePages.h"
 #include "Platform/PlatformError.h"
 #include "Platform/Text.h"
@@ -77,16 +78,16 @@ ChatMessage::Role roleOf(dom::element element)
 }
 
 // Each record is read in one pass over its members. Of members with the same name the last one
-// counts, but all of them must be valid.
+// counts, but all of them must be valid. What messages say stands together in one block of memory.
 
-ChatMessage messageOf(dom::element element)
+ChatMessage messageOf(dom::element element, BytePool &contents)
 {
     std::optional<QUuid> id;
     std::optional<ChatMessage::Role> role;
     std::optional<QByteArray> content;
     for (const auto [key, value] : valueOf<dom::object>(element)) {
         if (key == "content") {
-            content = utf8Of(value).toByteArray();
+            content = contents.copy(utf8Of(value));
         } else if (key == "id") {
             id = identifierOf(value);
         } else if (key == "role") {
@@ -96,16 +97,16 @@ ChatMessage messageOf(dom::element element)
     return {required(id), required(role), required(std::move(content))};
 }
 
-ChatMessageList messagesOf(dom::element element)
+ChatMessageList messagesOf(dom::element element, BytePool &contents)
 {
     ChatMessageList messages;
     for (const dom::element message : valueOf<dom::array>(element)) {
-        messages.append(messageOf(message));
+        messages.append(messageOf(message, contents));
     }
     return messages;
 }
 
-ChatSession sessionOf(dom::element element)
+ChatSession sessionOf(dom::element element, BytePool &contents)
 {
     std::optional<QUuid> id;
     std::optional<QString> title;
@@ -115,7 +116,7 @@ ChatSession sessionOf(dom::element element)
         if (key == "id") {
             id = identifierOf(value);
         } else if (key == "messages") {
-            messages = messagesOf(value);
+            messages = messagesOf(value, contents);
         } else if (key == "title") {
             title = textOf(value);
         } else if (key == "updatedAt") {
@@ -127,7 +128,7 @@ ChatSession sessionOf(dom::element element)
 }
 
 /// How many threads read so many sessions together with this one. Nearly all the time goes into
-/// making room for their texts, which more than a few threads do not speed up.
+/// copying their texts, which more than a few threads do not speed up.
 std::size_t helpersFor(std::size_t sessionCount)
 {
     constexpr std::size_t worthAThread = 32;
@@ -136,7 +137,7 @@ std::size_t helpersFor(std::size_t sessionCount)
     return std::min({sessionCount / worthAThread, most, others});
 }
 
-std::vector<ChatSession> sessionsOf(dom::element element)
+std::vector<ChatSession> sessionsOf(dom::element element, BytePool &contents)
 {
     std::vector<dom::element> elements;
     for (const dom::element session : valueOf<dom::array>(element)) {
@@ -146,7 +147,7 @@ std::vector<ChatSession> sessionsOf(dom::element element)
     std::atomic<std::size_t> next = 0;
     const auto readSessions = [&] {
         for (std::size_t i = next++; i < elements.size(); i = next++) {
-            sessions[i] = sessionOf(elements[i]);
+            sessions[i] = sessionOf(elements[i], contents);
         }
     };
     // Should this thread's part throw, the end of each future still waits for its thread. Where the
@@ -159,7 +160,7 @@ std::vector<ChatSession> sessionsOf(dom::element element)
     return sessions;
 }
 
-ChatArchive archiveOf(dom::element element)
+ChatArchive archiveOf(dom::element element, BytePool &contents)
 {
     std::optional<std::vector<ChatSession>> sessions;
     std::optional<QUuid> selectedSessionID;
@@ -173,7 +174,7 @@ ChatArchive archiveOf(dom::element element)
         } else if (key == "selectedSessionID") {
             selectedSessionID = value.is_null() ? std::nullopt : std::optional(identifierOf(value));
         } else if (key == "sessions") {
-            sessions = sessionsOf(value);
+            sessions = sessionsOf(value, contents);
         }
     }
     return {required(std::move(sessions)), selectedSessionID, required(std::move(memory)),
@@ -240,9 +241,12 @@ qsizetype archiveDecodingPadding()
 
 ChatArchive decodeArchive(QByteArray document)
 {
+    // No text is longer than it is written, quotes included.
+    const qsizetype mostContent = document.size();
     dom::document parsed;
     parseAndFree(std::move(document), parsed);
-    return archiveOf(parsed.root());
+    BytePool contents(mostContent);
+    return archiveOf(parsed.root(), contents);
 }
 
 } // namespace Talvo
