@@ -58,6 +58,7 @@ void MessageColumn::setModel(SelectedMessages *model)
 void MessageColumn::replaceContent()
 {
     discardAllRows();
+    m_isNew = true;
     std::vector<qreal> heights;
     heights.reserve(static_cast<std::size_t>(rowCount()));
     for (int row = 0; row < rowCount(); ++row) {
@@ -183,6 +184,16 @@ void MessageColumn::layOut()
     updateExtent();
     keepViewportInside();
     m_isLayingOut = false;
+    if (m_isNew && !m_rows.empty()) {
+        m_isNew = false;
+        layOutAgainAfterFrame();
+    }
+}
+
+/// What is near the visible area may wait until that is on screen.
+void MessageColumn::layOutAgainAfterFrame()
+{
+    QMetaObject::invokeMethod(this, &MessageColumn::polish, Qt::QueuedConnection);
 }
 
 /// Asks for the visible area to stay within the content, and at its end while the end is in view.
@@ -247,8 +258,9 @@ void MessageColumn::fill()
     if (rowCount() == 0 || !m_userDelegate || !m_assistantDelegate) {
         return;
     }
-    const qreal top = m_viewportY - margin;
-    const qreal bottom = m_viewportY + m_viewportHeight + margin;
+    const qreal ahead = m_isNew ? 0 : margin;
+    const qreal top = m_viewportY - ahead;
+    const qreal bottom = m_viewportY + m_viewportHeight + ahead;
     const bool isFarAway =
         !m_rows.empty() && (m_rows.front().y > bottom || m_rows.back().bottom() < top);
     if (isFarAway) {

@@ -20,7 +20,8 @@ namespace Talvo {
 /// heights give way to measured ones). What is visible never moves by itself: when heights change,
 /// the rows above and below give way. While the end of the list is visible, the end is what stays.
 /// A row with a long text is made in portions, towards where the user goes: so much of it exists at
-/// once as is visible, and no row beyond it exists before it is whole.
+/// once as is visible, and no row beyond it exists before it is whole. The first frame of a
+/// conversation has to make what is visible only; what is near follows it.
 ///
 /// The cost of a frame depends on what is visible, not on the number of messages. GUI thread.
 class MessageColumn : public QQuickItem
@@ -121,6 +122,7 @@ private:
     void discardDistantRows();
     void discardAllRows();
     void placeItems();
+    void layOutAgainAfterFrame();
     void updateExtent();
     void keepViewportInside();
     void setIsAtEnd(bool isAtEnd);
@@ -159,6 +161,7 @@ private:
     bool m_isAtEnd = true;
     bool m_isFollowing = false;
     bool m_isLayingOut = false;
+    bool m_isNew = true; ///< nothing of the content has been on screen
 
     RowHeights m_heights;   ///< of all rows, spacing included
     std::deque<Row> m_rows; ///< those that exist: consecutive, from m_firstIndex on

@@ -124,6 +124,19 @@ Item {
             verify(!column.isAtEnd);
         }
 
+        function test_aConversationBeginsWithWhatIsVisible() {
+            const column = make(100);
+            scenery.fixture.model.selectChat(scenery.fixture.idAt(1));
+            column.forceLayout();
+            scenery.fixture.model.selectChat(scenery.fixture.idAt(0));
+            column.forceLayout();
+            const visible = rows(column);
+            verify(visible[0].y <= column.viewportY);
+            verify(visible[1].y > column.viewportY, "no row above the visible ones");
+            tryVerify(() => rows(column).length > visible.length + 5, 5000, "those near follow");
+            compare(rows(column).slice(-visible.length), visible);
+        }
+
         function test_whatIsVisibleStaysWhenARowAboveGrows() {
             const column = make(100);
             column.viewportY = column.originY + 3000;
