@@ -1,15 +1,24 @@
 #include "Views/MarkdownBlockStack.h"
 
 #include "Views/MarkdownItem.h"
-#include "Views/MarkdownText.h"
 
 #include <QQmlEngine>
+
+#include <variant>
 
 namespace Talvo {
 
 namespace {
 
-MarkdownText::Rank rankOfHeading(int level)
+template <class... Handlers>
+struct Overloaded : Handlers...
+{
+    using Handlers::operator()...;
+};
+template <class... Handlers>
+Overloaded(Handlers...) -> Overloaded<Handlers...>;
+
+MarkdownText::Rank rankOfHeading(qint64 level)
 {
     using enum MarkdownText::Rank;
     return level == 1 ? title : level == 2 ? title2 : headline;
@@ -20,7 +29,6 @@ MarkdownText::Rank rankOfHeading(int level)
 MarkdownBlockStack::MarkdownBlockStack(QQuickItem *parent)
     : BlockStack(parent)
 {
-    connect(&m_blocks, &MarkdownBlocks::fromEndChanged, this, &MarkdownBlockStack::fromEndChanged);
 }
 
 void MarkdownBlockStack::setContent(const QString &content)
@@ -41,20 +49,25 @@ void MarkdownBlockStack::setLiteral(bool isLiteral)
     Q_EMIT literalChanged();
 }
 
+void MarkdownBlockStack::setFromEnd(bool isFromEnd)
+{
+    if (isFromEnd == m_blocks.isFromEnd())
+        return;
+    m_blocks.setFromEnd(isFromEnd);
+    Q_EMIT fromEndChanged();
+}
+
 /// Width and looks are known by now, and nearly always the blocks: each is laid out once, in what
 /// will be its place.
 void MarkdownBlockStack::componentComplete()
 {
     m_blocks.setContent(m_content);
-    connect(&m_blocks, &MarkdownBlocks::modelReset, this, &MarkdownBlockStack::rebuild);
-    connect(&m_blocks, &MarkdownBlocks::dataChanged, this, &MarkdownBlockStack::rebuild);
-    connect(&m_blocks, &MarkdownBlocks::rowsInserted, this,
-            [this](const QModelIndex &, int first, int last) {
-                insertViews(first, last);
-                layOut();
-            });
-    connect(&m_blocks, &MarkdownBlocks::rowsRemoved, this,
-            [this](const QModelIndex &, int first, int last) { removeViews(first, last); });
+    connect(&m_blocks, &MarkdownBlocks::replaced, this, &MarkdownBlockStack::rebuild);
+    connect(&m_blocks, &MarkdownBlocks::inserted, this, [this](int first, int last) {
+        insertViews(first, last);
+        layOut();
+    });
+    connect(&m_blocks, &MarkdownBlocks::removed, this, &MarkdownBlockStack::removeViews);
     rebuild();
     BlockStack::componentComplete();
 }
@@ -71,7 +84,7 @@ void MarkdownBlockStack::insertViews(int first, int last)
     QQuickItem *const next = m_views.value(first);
     m_views.reserve(m_views.size() + last + 1 - first);
     for (int row = first; row <= last; ++row) {
-        QQuickItem *const view = makeView(row);
+        QQuickItem *const view = makeView(m_blocks.row(row));
         if (next)
             view->stackBefore(next);
         m_views.insert(row, view);
@@ -87,36 +100,68 @@ void MarkdownBlockStack::removeViews(int first, int last)
     }
 }
 
-QQuickItem *MarkdownBlockStack::makeView(int row)
+QQuickItem *MarkdownBlockStack::makeView(const MarkdownBlocks::Row &row)
 {
-    const QModelIndex index = m_blocks.index(row);
-    const auto kind = index.data(MarkdownBlocks::kindRole).toString();
-    if (kind == u"table")
-        return makeFrom(m_tableView,
-                        {{QStringLiteral("table"), index.data(MarkdownBlocks::tableRole)}});
-    if (kind == u"divider")
-        return makeFrom(m_divider, {});
-    if (kind == u"more")
-        return makeFrom(m_more, {});
+    using Blocks = MarkdownBlocks;
+    return std::visit(
+        Overloaded{
+            [this](const Blocks::PlainText &plain) { return makePlainText(plain.text); },
+            [this](const Blocks::OfferOfMore &) { return makeFrom(m_more, {}); },
+            [this](const Blocks::Block &block) { return makeBlock(block); },
+        },
+        row);
+}
 
-    if (kind == u"plain") {
-        auto *const text = new ReadOnlyText(this);
-        text->setParent(this);
-        text->setLooks(m_looks);
-        text->setSource(index.data(MarkdownBlocks::plainRole).toString());
-        text->componentComplete();
-        return text;
-    }
-    const auto styled = index.data(MarkdownBlocks::styledRole).value<BlockText>();
-    if (kind == u"item")
-        return new MarkdownItem(this, index.data(MarkdownBlocks::markerRole).toString(), styled,
-                                m_looks);
-    const auto rank = kind == u"heading"
-                          ? rankOfHeading(index.data(MarkdownBlocks::levelRole).toInt())
-                          : MarkdownText::Rank::body;
-    auto *const text = new MarkdownText(this, styled, rank, m_looks);
-    text->componentComplete();
-    return text;
+QQuickItem *MarkdownBlockStack::makePlainText(const QString &text)
+{
+    auto *const view = new ReadOnlyText(this);
+    view->setParent(this);
+    view->setLooks(m_looks);
+    view->setSource(text);
+    view->componentComplete();
+    return view;
+}
+
+QQuickItem *MarkdownBlockStack::makeBlock(const MarkdownBlocks::Block &block)
+{
+    // A part of the block, which keeps the whole parse result.
+    const auto shared = [&block]<class Part>(const Part &part) {
+        return std::shared_ptr<const Part>(block, &part);
+    };
+    return std::visit(
+        Overloaded{
+            [&](const MarkdownBlock::Heading &heading) {
+                return makeText(BlockText(shared(heading.text)), rankOfHeading(heading.level));
+            },
+            [&](const MarkdownBlock::Paragraph &paragraph) {
+                return makeText(BlockText(shared(paragraph.text)), MarkdownText::Rank::body);
+            },
+            [&](const MarkdownBlock::Bullet &bullet) {
+                return makeItem(BlockText(shared(bullet.text)), QStringLiteral("•"));
+            },
+            [&](const MarkdownBlock::Numbered &numbered) {
+                return makeItem(BlockText(shared(numbered.text)),
+                                QStringLiteral("%1.").arg(numbered.number));
+            },
+            [&](const MarkdownTable &table) {
+                return makeFrom(m_tableView, {{QStringLiteral("table"),
+                                               QVariant::fromValue(BlockTable(shared(table)))}});
+            },
+            [&](const MarkdownBlock::Divider &) { return makeFrom(m_divider, {}); },
+        },
+        *block);
+}
+
+QQuickItem *MarkdownBlockStack::makeText(const BlockText &text, MarkdownText::Rank rank)
+{
+    auto *const view = new MarkdownText(this, text, rank, m_looks);
+    view->componentComplete();
+    return view;
+}
+
+QQuickItem *MarkdownBlockStack::makeItem(const BlockText &text, const QString &marker)
+{
+    return new MarkdownItem(this, marker, text, m_looks);
 }
 
 QQuickItem *MarkdownBlockStack::makeFrom(QQmlComponent *component, QVariantMap properties)

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "Views/BlockStack.h"
+#include "Views/BlockText.h"
 #include "Views/MarkdownBlocks.h"
+#include "Views/MarkdownText.h"
 #include "Views/MessageLooks.h"
 
 #include <QPointer>
@@ -41,7 +43,7 @@ public:
     void setLiteral(bool isLiteral);
 
     [[nodiscard]] bool isFromEnd() const { return m_blocks.isFromEnd(); }
-    void setFromEnd(bool isFromEnd) { m_blocks.setFromEnd(isFromEnd); }
+    void setFromEnd(bool isFromEnd);
 
     /// True while a part of a long text is still to be made, at the beginning or at the end.
     [[nodiscard]] bool isGrowing() const { return m_blocks.isGrowing(); }
@@ -65,7 +67,11 @@ private:
     void insertViews(int first, int last);
     void removeViews(int first, int last);
     void rebuild();
-    [[nodiscard]] QQuickItem *makeView(int row);
+    [[nodiscard]] QQuickItem *makeView(const MarkdownBlocks::Row &row);
+    [[nodiscard]] QQuickItem *makePlainText(const QString &text);
+    [[nodiscard]] QQuickItem *makeBlock(const MarkdownBlocks::Block &block);
+    [[nodiscard]] QQuickItem *makeText(const BlockText &text, MarkdownText::Rank rank);
+    [[nodiscard]] QQuickItem *makeItem(const BlockText &text, const QString &marker);
     [[nodiscard]] QQuickItem *makeFrom(QQmlComponent *component, QVariantMap properties);
 
     MarkdownBlocks m_blocks;

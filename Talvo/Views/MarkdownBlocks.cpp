@@ -1,8 +1,6 @@
 #include "Views/MarkdownBlocks.h"
 
 #include "Markdown/MarkdownBlockParser.h"
-#include "Views/BlockPieces.h"
-#include "Views/BlockText.h"
 
 #include <QMetaObject>
 #include <QMutex>
@@ -11,7 +9,7 @@
 #include <QTimerEvent>
 
 #include <algorithm>
-#include <variant>
+#include <utility>
 
 namespace Talvo {
 namespace {
@@ -28,46 +26,6 @@ constexpr int millisecondsBetweenPortions = 8;
 
 /// Before everything else that waits for a worker thread: the user is looking at this text.
 constexpr int userInitiatedPriority = 10;
-
-template <class... Handlers>
-struct Overloaded : Handlers...
-{
-    using Handlers::operator()...;
-};
-template <class... Handlers>
-Overloaded(Handlers...) -> Overloaded<Handlers...>;
-
-QString kind(const MarkdownBlock::Content &content)
-{
-    return std::visit(
-        Overloaded{
-            [](const MarkdownBlock::Heading &) { return QStringLiteral("heading"); },
-            [](const MarkdownBlock::Paragraph &) { return QStringLiteral("paragraph"); },
-            [](const MarkdownBlock::Bullet &) { return QStringLiteral("item"); },
-            [](const MarkdownBlock::Numbered &) { return QStringLiteral("item"); },
-            [](const MarkdownTable &) { return QStringLiteral("table"); },
-            [](const MarkdownBlock::Divider &) { return QStringLiteral("divider"); },
-        },
-        content);
-}
-
-QString marker(const MarkdownBlock::Content &content)
-{
-    if (const auto *numbered = std::get_if<MarkdownBlock::Numbered>(&content))
-        return QStringLiteral("%1.").arg(numbered->number);
-    return QStringLiteral("•");
-}
-
-const AttributedString *text(const MarkdownBlock::Content &content)
-{
-    return std::visit(
-        Overloaded{
-            [](const MarkdownTable &) -> const AttributedString * { return nullptr; },
-            [](const MarkdownBlock::Divider &) -> const AttributedString * { return nullptr; },
-            [](const auto &block) { return &block.text; },
-        },
-        content);
-}
 
 } // namespace
 
@@ -88,7 +46,7 @@ struct MarkdownBlocks::Job
 };
 
 MarkdownBlocks::MarkdownBlocks(QObject *parent)
-    : QAbstractListModel(parent)
+    : QObject(parent)
     , m_pieces(std::make_shared<const BlockPieces>())
     , m_owner(std::make_shared<Owner>())
 {
@@ -106,9 +64,8 @@ void MarkdownBlocks::setContent(const QString &content)
     if (m_content == content)
         return;
     m_content = content;
-    Q_EMIT contentChanged();
-    if (!isParsed() && rowCount() > 0)
-        Q_EMIT dataChanged(index(0), index(0), {plainRole});
+    if (!isParsed())
+        Q_EMIT replaced();
     parse();
 }
 
@@ -117,17 +74,8 @@ void MarkdownBlocks::setLiteral(bool isLiteral)
     if (m_isLiteral == isLiteral)
         return;
     m_isLiteral = isLiteral;
-    Q_EMIT literalChanged();
     if (!m_content.isEmpty())
         parse();
-}
-
-void MarkdownBlocks::setFromEnd(bool isFromEnd)
-{
-    if (m_isFromEnd == isFromEnd)
-        return;
-    m_isFromEnd = isFromEnd;
-    Q_EMIT fromEndChanged();
 }
 
 void MarkdownBlocks::parse()
@@ -162,8 +110,6 @@ void MarkdownBlocks::show(const Job &job)
         m_firstParse.reset();
     if (*job.result == *m_pieces)
         return;
-    const bool wasParsed = isParsed();
-    beginResetModel();
     m_pieces = job.result;
     m_allowed = 0;
     extend();
@@ -177,10 +123,8 @@ void MarkdownBlocks::show(const Job &job)
         m_end = std::min(static_cast<int>(m_pieces->countWithin(0, firstPortion)), m_allowed);
         m_offersMore = false;
     }
-    endResetModel();
+    Q_EMIT replaced();
     goOn();
-    if (isParsed() != wasParsed)
-        Q_EMIT parsedChanged();
 }
 
 void MarkdownBlocks::extend()
@@ -191,11 +135,9 @@ void MarkdownBlocks::extend()
 
 void MarkdownBlocks::showMore()
 {
-    if (!m_offersMore)
+    if (!std::exchange(m_offersMore, false))
         return;
-    beginRemoveRows({}, shownCount(), shownCount());
-    m_offersMore = false;
-    endRemoveRows();
+    Q_EMIT removed(shownCount(), shownCount());
     extend();
     goOn();
 }
@@ -210,9 +152,8 @@ void MarkdownBlocks::goOn()
     m_growth.stop();
     if (m_allowed == pieceCount() || m_offersMore)
         return;
-    beginInsertRows({}, shownCount(), shownCount());
     m_offersMore = true;
-    endInsertRows();
+    Q_EMIT inserted(shownCount(), shownCount());
 }
 
 void MarkdownBlocks::timerEvent(QTimerEvent *event)
@@ -231,71 +172,34 @@ void MarkdownBlocks::grow()
     if (m_begin > 0) {
         const auto count =
             static_cast<int>(m_pieces->countBackWithin(static_cast<std::size_t>(m_begin), portion));
-        beginInsertRows({}, 0, count - 1);
         m_begin -= count;
-        endInsertRows();
+        Q_EMIT inserted(0, count - 1);
     } else if (m_end < m_allowed) {
         const auto next =
             static_cast<int>(m_pieces->countWithin(static_cast<std::size_t>(m_end), portion));
-        const int count = std::min(next, m_allowed - m_end);
-        beginInsertRows({}, shownCount(), shownCount() + count - 1);
-        m_end += count;
-        endInsertRows();
+        const int first = shownCount();
+        m_end += std::min(next, m_allowed - m_end);
+        Q_EMIT inserted(first, shownCount() - 1);
     }
     goOn();
 }
 
-int MarkdownBlocks::rowCount(const QModelIndex &parent) const
+int MarkdownBlocks::rowCount() const
 {
-    if (parent.isValid())
-        return 0;
     return isParsed() ? shownCount() + (m_offersMore ? 1 : 0) : 1;
 }
 
-QVariant MarkdownBlocks::data(const QModelIndex &index, int role) const
+MarkdownBlocks::Row MarkdownBlocks::row(int row) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
     if (!isParsed())
-        return role == kindRole    ? QVariant(QStringLiteral("plain"))
-               : role == plainRole ? QVariant(m_content.left(BlockPieces::longestText))
-                                   : QVariant();
-    if (isMoreRow(index.row()))
-        return role == kindRole ? QVariant(QStringLiteral("more")) : QVariant();
-    const MarkdownBlock::Content &content =
-        m_pieces->blocks()[static_cast<size_t>(m_begin) + static_cast<size_t>(index.row())].content;
-    switch (role) {
-    case kindRole:
-        return m_isLiteral ? QStringLiteral("plain") : kind(content);
-    case plainRole:
-        if (const AttributedString *styled = text(content))
-            return styled->text;
-        return {};
-    case levelRole:
-        if (const auto *heading = std::get_if<MarkdownBlock::Heading>(&content))
-            return static_cast<int>(heading->level);
-        return {};
-    case markerRole:
-        return marker(content);
-    case styledRole:
-        if (const AttributedString *styled = text(content))
-            return QVariant::fromValue(
-                BlockText(std::shared_ptr<const AttributedString>(m_pieces, styled)));
-        return {};
-    case tableRole:
-        if (const auto *table = std::get_if<MarkdownTable>(&content))
-            return QVariant::fromValue(
-                BlockTable(std::shared_ptr<const MarkdownTable>(m_pieces, table)));
-        return {};
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> MarkdownBlocks::roleNames() const
-{
-    return {{kindRole, "kind"},     {levelRole, "level"}, {markerRole, "marker"},
-            {styledRole, "styled"}, {tableRole, "table"}, {plainRole, "plain"}};
+        return PlainText{m_content.left(BlockPieces::longestText)};
+    if (row == shownCount())
+        return OfferOfMore();
+    const auto &content = m_pieces->blocks()[static_cast<std::size_t>(m_begin + row)].content;
+    const auto *paragraph = std::get_if<MarkdownBlock::Paragraph>(&content);
+    if (m_isLiteral && paragraph)
+        return PlainText{paragraph->text.text};
+    return Block(m_pieces, &content);
 }
 
 } // namespace Talvo

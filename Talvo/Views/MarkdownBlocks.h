@@ -2,47 +2,41 @@
 
 #include "Views/BlockPieces.h"
 
-#include <QAbstractListModel>
 #include <QBasicTimer>
+#include <QObject>
 #include <QString>
-#include <QtQmlIntegration>
 
 #include <memory>
+#include <variant>
 
 namespace Talvo {
 
-/// The blocks of a reply, for the views to draw.
+/// The blocks of a reply, row by row, for a view to draw.
 ///
-/// Setting `content` starts a parse on a worker thread; the blocks shown so far stay until it has
+/// Setting the content starts a parse on a worker thread; the blocks shown so far stay until it has
 /// ended. While there are no blocks (before the first parse has ended, or when the text has none)
-/// the list has one row of kind "plain" with the text as it stands, or the beginning of a very long
-/// one. Very large blocks come in pieces, and those of a long reply are added in portions, from its
-/// beginning or from its end on, so that drawing them never holds the window up. A reply beyond all
-/// measure ends with a row of kind "more", until more of it is asked for. GUI thread only.
-class MarkdownBlocks : public QAbstractListModel
+/// there is one row with the text as it stands, or the beginning of a very long one. Very large
+/// blocks come in pieces, and those of a long reply are added in portions, from its beginning or
+/// from its end on, so that drawing them never holds the window up. A reply beyond all measure ends
+/// with an offer of more, until that is asked for. GUI thread only.
+class MarkdownBlocks : public QObject
 {
     Q_OBJECT
-    QML_ELEMENT
-    /// The reply as stored in the message.
-    Q_PROPERTY(QString content READ content WRITE setContent NOTIFY contentChanged REQUIRED FINAL)
-    /// True for a text that is no Markdown: its pieces are of kind "plain", as it stands.
-    Q_PROPERTY(bool literal READ isLiteral WRITE setLiteral NOTIFY literalChanged FINAL)
-    /// The end of a long text comes first. Set before the content.
-    Q_PROPERTY(bool fromEnd READ isFromEnd WRITE setFromEnd NOTIFY fromEndChanged FINAL)
-    /// True when rows are parsed blocks, not the raw text.
-    Q_PROPERTY(bool parsed READ isParsed NOTIFY parsedChanged FINAL)
 
 public:
-    /// What a row tells its delegate.
-    enum Role {
-        kindRole =
-            Qt::UserRole, ///< "heading", "paragraph", "item", "table", "divider", "plain" or "more"
-        levelRole,        ///< heading level, 1 to 6
-        markerRole,       ///< what stands before an item: "•", or its number and a full stop
-        styledRole,       ///< BlockText of a heading, paragraph or item
-        tableRole,        ///< BlockTable
-        plainRole,        ///< the raw text of a row of kind "plain"
+    /// A text as it stands, or a piece of it.
+    struct PlainText
+    {
+        QString text; ///< without any markup
     };
+    /// Stands where the rest of a text beyond all measure can be asked for.
+    struct OfferOfMore
+    {
+    };
+    /// A block, never null; shares the parse result.
+    using Block = std::shared_ptr<const MarkdownBlock::Content>;
+    /// What one row shows.
+    using Row = std::variant<PlainText, OfferOfMore, Block>;
 
     /// What is drawn before more has to be asked for, and each time it is; see
     /// BlockPieces::countWithin().
@@ -51,12 +45,16 @@ public:
     explicit MarkdownBlocks(QObject *parent = nullptr);
     ~MarkdownBlocks() override;
 
+    /// The reply as stored in the message.
     [[nodiscard]] QString content() const { return m_content; }
     void setContent(const QString &content);
+    /// True for a text that is no Markdown: all its rows are plain texts.
     [[nodiscard]] bool isLiteral() const { return m_isLiteral; }
     void setLiteral(bool isLiteral);
+    /// The end of a long text comes first. Set before the content.
     [[nodiscard]] bool isFromEnd() const { return m_isFromEnd; }
-    void setFromEnd(bool isFromEnd);
+    void setFromEnd(bool isFromEnd) { m_isFromEnd = isFromEnd; }
+    /// True when rows are parsed blocks, not the raw text.
     [[nodiscard]] bool isParsed() const { return !m_pieces->blocks().empty(); }
 
     /// True while the first parse or portions are still to come.
@@ -65,18 +63,21 @@ public:
     /// does nothing when neither is to come.
     void grow();
 
-    /// Goes on where the row of kind "more" stands; does nothing without one.
-    Q_INVOKABLE void showMore();
+    /// Goes on where more is offered; does nothing where it is not.
+    void showMore();
 
-    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
-    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
-    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+    /// At least one.
+    [[nodiscard]] int rowCount() const;
+    /// @pre 0 <= row < rowCount()
+    [[nodiscard]] Row row(int row) const;
 
 Q_SIGNALS:
-    void contentChanged();
-    void literalChanged();
-    void fromEndChanged();
-    void parsedChanged();
+    /// All rows are others now.
+    void replaced();
+    /// There are new rows, from the first of these to the last.
+    void inserted(int first, int last);
+    /// What were the rows from the first of these to the last has gone.
+    void removed(int first, int last);
 
 protected:
     void timerEvent(QTimerEvent *event) override;
@@ -88,14 +89,13 @@ private:
     void parse();
     /// Takes a result over, unless that of a later content is shown already.
     void show(const Job &job);
-    /// Sees to the next portion, or to the row of kind "more" behind the last one.
+    /// Sees to the next portion, or to the offer of more behind the last one.
     void goOn();
     /// Allows for more to be drawn.
     void extend();
     [[nodiscard]] int pieceCount() const { return static_cast<int>(m_pieces->blocks().size()); }
     [[nodiscard]] bool hasPortions() const { return m_begin > 0 || m_end < m_allowed; }
     [[nodiscard]] int shownCount() const { return m_end - m_begin; }
-    [[nodiscard]] bool isMoreRow(int row) const { return isParsed() && row == shownCount(); }
 
     QString m_content;
     bool m_isLiteral = false;
@@ -105,7 +105,7 @@ private:
     int m_begin = 0;           ///< the first of the pieces that the views know of
     int m_end = 0;             ///< behind the last of them
     int m_allowed = 0;         ///< how many they are to know of without being asked
-    bool m_offersMore = false; ///< there is a row of kind "more" behind them
+    bool m_offersMore = false; ///< there is a row with that behind them
     std::shared_ptr<Owner> m_owner;
     std::shared_ptr<Job> m_firstParse; ///< while it is to come
     quint64 m_started = 0;
