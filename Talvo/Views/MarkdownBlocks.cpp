@@ -18,10 +18,9 @@ namespace {
 /// while it is scrolled. Nearly every reply is parsed within this time; it is less than a frame.
 constexpr int patienceMilliseconds = 4;
 
-/// What is drawn at once (most replies as a whole), and in each portion from then on; see
+/// What is drawn at once (many a reply as a whole), and in each portion from then on; see
 /// BlockPieces::countWithin().
-constexpr qint64 firstPortion = 60;
-constexpr qint64 portion = 30;
+constexpr qint64 portion = 20;
 constexpr int millisecondsBetweenPortions = 8;
 
 /// Before everything else that waits for a worker thread: the user is looking at this text.
@@ -115,12 +114,12 @@ void MarkdownBlocks::show(const Job &job)
     extend();
     if (m_isFromEnd) {
         m_end = m_allowed;
-        m_begin = m_end - static_cast<int>(m_pieces->countBackWithin(
-                              static_cast<std::size_t>(m_end), firstPortion));
+        m_begin = m_end - static_cast<int>(
+                              m_pieces->countBackWithin(static_cast<std::size_t>(m_end), portion));
         m_offersMore = m_allowed < pieceCount();
     } else {
         m_begin = 0;
-        m_end = std::min(static_cast<int>(m_pieces->countWithin(0, firstPortion)), m_allowed);
+        m_end = std::min(static_cast<int>(m_pieces->countWithin(0, portion)), m_allowed);
         m_offersMore = false;
     }
     Q_EMIT replaced();

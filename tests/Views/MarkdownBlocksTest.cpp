@@ -175,7 +175,7 @@ TEST(MarkdownBlocks, ShowsALongReplyInPortions)
     EXPECT_EQ(blocks.rowCount(), 1'000);
     EXPECT_GT(inserted.count(), 1);
     for (const QList<QVariant> &portion : inserted)
-        EXPECT_LE(portion.at(1).toInt() - portion.at(0).toInt(), 60);
+        EXPECT_LE(portion.at(1).toInt() - portion.at(0).toInt(), 20);
 }
 
 TEST(MarkdownBlocks, ShowsALongReplyFromItsEnd)
