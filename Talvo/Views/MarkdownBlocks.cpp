@@ -194,7 +194,9 @@ MarkdownBlocks::Row MarkdownBlocks::row(int row) const
         return PlainText{m_content.left(BlockPieces::longestText)};
     if (row == shownCount())
         return OfferOfMore();
-    const auto &content = m_pieces->blocks()[static_cast<std::size_t>(m_begin + row)].content;
+    const auto &content = m_pieces->blocks()
+                              .at(static_cast<std::size_t>(m_begin) + static_cast<std::size_t>(row))
+                              .content;
     const auto *paragraph = std::get_if<MarkdownBlock::Paragraph>(&content);
     if (m_isLiteral && paragraph)
         return PlainText{paragraph->text.text};

@@ -47,12 +47,15 @@ public:
 
     /// The reply as stored in the message.
     [[nodiscard]] QString content() const { return m_content; }
+    /// Starts its parse; waits for that a moment when there are no blocks yet.
     void setContent(const QString &content);
     /// True for a text that is no Markdown: all its rows are plain texts.
     [[nodiscard]] bool isLiteral() const { return m_isLiteral; }
+    /// Parses the content anew when that changes something.
     void setLiteral(bool isLiteral);
-    /// The end of a long text comes first. Set before the content.
+    /// True when the end of a long text comes first.
     [[nodiscard]] bool isFromEnd() const { return m_isFromEnd; }
+    /// To be set before the content.
     void setFromEnd(bool isFromEnd) { m_isFromEnd = isFromEnd; }
     /// True when rows are parsed blocks, not the raw text.
     [[nodiscard]] bool isParsed() const { return !m_pieces->blocks().empty(); }
