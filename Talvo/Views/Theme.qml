@@ -25,7 +25,7 @@ QtObject {
     readonly property color window: dark ? "#1b1c20" : "#fcfcfd"
     readonly property color sidebar: dark ? "#222328" : "#f3f4f7"
     readonly property color raised: dark ? "#292a30" : "#ffffff"
-    readonly property color bar: Qt.alpha(sidebar, 0.75)
+    readonly property color bar: Qt.alpha(sidebar, 0.9) // no blur: what lies below must not be read through it
     readonly property color field: dark ? "#222328" : "#ffffff"
     readonly property color fieldEdge: dark ? "#7a7f8c" : "#858a96"
     readonly property color separator: dark ? "#24ffffff" : "#1f0f1220"
