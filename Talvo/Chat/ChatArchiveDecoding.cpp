@@ -127,8 +127,8 @@ ChatSession sessionOf(dom::element element, BytePool &contents)
             required(updatedAt)};
 }
 
-/// How many threads read so many sessions together with this one. Nearly all the time goes into
-/// copying their texts, which more than a few threads do not speed up.
+/// How many threads read so many sessions together with this one: where the processors are there,
+/// and a few at most, since what they do is mostly copying.
 std::size_t helpersFor(std::size_t sessionCount)
 {
     constexpr std::size_t worthAThread = 32;

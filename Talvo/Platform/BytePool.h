@@ -6,8 +6,8 @@
 
 namespace Talvo {
 
-/// One block of memory for very many byte arrays that are made together: an allocation of its own
-/// for each would take longer than everything else about reading them.
+/// One block of memory for very many byte arrays that are made together: with an allocation of its
+/// own for each, making them takes twice as long.
 ///
 /// The block lives as long as the last of its arrays, or the pool: no array frees its part alone.
 class BytePool

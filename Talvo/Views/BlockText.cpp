@@ -9,12 +9,6 @@ BlockText::BlockText(std::shared_ptr<const AttributedString> text)
 {
 }
 
-const AttributedString &BlockText::value() const
-{
-    static const AttributedString empty;
-    return m_text ? *m_text : empty;
-}
-
 BlockTable::BlockTable(std::shared_ptr<const MarkdownTable> table)
     : m_table(std::move(table))
 {

@@ -15,12 +15,11 @@ namespace Talvo {
 class BlockText
 {
 public:
-    BlockText() = default;
     /// @param text never null; usually aliases the whole parse result.
     explicit BlockText(std::shared_ptr<const AttributedString> text);
 
-    /// The text with its runs; empty for a handle made of nothing.
-    [[nodiscard]] const AttributedString &value() const;
+    /// The text with its runs.
+    [[nodiscard]] const AttributedString &value() const { return *m_text; }
     /// What the user sees, without any markup.
     [[nodiscard]] QString plain() const { return value().text; }
 

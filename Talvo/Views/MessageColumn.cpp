@@ -186,14 +186,9 @@ void MessageColumn::layOut()
     m_isLayingOut = false;
     if (m_isNew && !m_rows.empty()) {
         m_isNew = false;
-        layOutAgainAfterFrame();
+        // What is near the visible area waits until the frame that is being made is on screen.
+        QMetaObject::invokeMethod(this, &MessageColumn::polish, Qt::QueuedConnection);
     }
-}
-
-/// What is near the visible area may wait until that is on screen.
-void MessageColumn::layOutAgainAfterFrame()
-{
-    QMetaObject::invokeMethod(this, &MessageColumn::polish, Qt::QueuedConnection);
 }
 
 /// Asks for the visible area to stay within the content, and at its end while the end is in view.

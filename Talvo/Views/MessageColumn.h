@@ -122,7 +122,6 @@ private:
     void discardDistantRows();
     void discardAllRows();
     void placeItems();
-    void layOutAgainAfterFrame();
     void updateExtent();
     void keepViewportInside();
     void setIsAtEnd(bool isAtEnd);
