@@ -13,7 +13,7 @@ namespace Talvo {
 /// same archive always gives the same bytes, whatever the locale.
 ///
 /// A text that is no UTF-8 gets U+FFFD for its faulty bytes, so that what was written can always be
-/// read. `sink` gets the document in order, in pieces of at most 2 MiB. Linear in the size of the
+/// read. `sink` gets the document in order, in pieces of 1 MiB and a shorter one. Linear in the size of the
 /// archive; any thread. Throws PlatformError::archiveNotWritable for a date that is no finite
 /// number, and what `sink` throws.
 void encodeArchive(const ChatArchive &archive, const std::function<void(QByteArrayView)> &sink);

@@ -1,5 +1,6 @@
 #include "Platform/FileManager.h"
 
+#include "Platform/BackgroundWriter.h"
 #include "Platform/FileDescriptor.h"
 #include "Platform/LargePages.h"
 #include "Platform/SystemErrorText.h"
@@ -165,7 +166,9 @@ void FileManager::replaceFile(const QString &path,
     refuseToReplaceOtherThanRegularFile(target);
     TemporaryFile::removeLeftovers(target);
     TemporaryFile file(target);
-    produce([&file](QByteArrayView piece) { file.write(piece); });
+    BackgroundWriter writer([&file](QByteArrayView piece) { file.write(piece); });
+    produce([&writer](QByteArrayView piece) { writer.write(piece); });
+    writer.finish();
     file.replaceTarget();
 }
 

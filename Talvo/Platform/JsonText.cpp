@@ -17,9 +17,6 @@ namespace Talvo {
 
 namespace {
 
-/// No character needs more than `\u00xx`.
-constexpr qsizetype longestEscape = 6;
-
 /// The text is escaped in pieces of this size, so that the room made in advance for the worst case
 /// stays small.
 constexpr qsizetype pieceSize = 16384;
@@ -133,21 +130,6 @@ char *writeBlock(char *to, const char *block, qsizetype size)
     return to + (size - done);
 }
 
-/// The same for a piece of any size, of which no more than itself need be readable.
-char *writePiece(char *to, QByteArrayView piece)
-{
-    while (piece.size() >= 2 * blockSize) {
-        to = writeBlock(to, piece.data(), blockSize);
-        piece = piece.sliced(blockSize);
-    }
-    std::array<char, 3 * blockSize> rest{};
-    std::copy(piece.begin(), piece.end(), rest.begin());
-    for (qsizetype i = 0; i < piece.size(); i += blockSize) {
-        to = writeBlock(to, rest.data() + i, std::min(blockSize, piece.size() - i));
-    }
-    return to;
-}
-
 } // namespace
 
 void appendJsonString(QByteArray &out, QByteArrayView utf8)
@@ -163,9 +145,24 @@ void appendJsonStringContent(QByteArray &out, QByteArrayView utf8)
         const QByteArrayView piece = utf8.first(std::min(utf8.size(), pieceSize));
         utf8 = utf8.sliced(piece.size());
         const qsizetype start = out.size();
-        out.resize(start + longestEscape * piece.size() + blockSize);
-        out.resize(writePiece(out.data() + start, piece) - out.constData());
+        out.resize(start + jsonStringRoom(piece.size()));
+        out.resize(writeJsonStringContent(out.data() + start, piece) - out.constData());
     }
+}
+
+char *writeJsonStringContent(char *to, QByteArrayView utf8)
+{
+    while (utf8.size() >= 2 * blockSize) {
+        to = writeBlock(to, utf8.data(), blockSize);
+        utf8 = utf8.sliced(blockSize);
+    }
+    // A block is read and copied as a whole: the last ones need readable bytes behind them.
+    std::array<char, 3 * blockSize> rest{};
+    std::copy(utf8.begin(), utf8.end(), rest.begin());
+    for (qsizetype i = 0; i < utf8.size(); i += blockSize) {
+        to = writeBlock(to, rest.data() + i, std::min(blockSize, utf8.size() - i));
+    }
+    return to;
 }
 
 void appendJsonNumber(QByteArray &out, double value)

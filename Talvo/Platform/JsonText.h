@@ -16,6 +16,18 @@ void appendJsonString(QByteArray &out, QByteArrayView utf8);
 /// anywhere: no escape depends on more than one byte. Linear, any thread.
 void appendJsonStringContent(QByteArray &out, QByteArrayView utf8);
 
+/// Writes the same where there is room for jsonStringRoom() bytes, and returns its end. What it
+/// leaves behind its end is unspecified. Linear, any thread.
+[[nodiscard]] char *writeJsonStringContent(char *to, QByteArrayView utf8);
+
+/// How much room writeJsonStringContent() needs for a text of so many bytes, at the worst.
+[[nodiscard]] constexpr qsizetype jsonStringRoom(qsizetype size)
+{
+    constexpr qsizetype longestEscape = 6; // \u00xx
+    constexpr qsizetype copiedAtOnce = 64;
+    return longestEscape * size + copiedAtOnce;
+}
+
 /// Appends a JSON number: the shortest decimal text that reads back as the same double, without a
 /// fraction for a whole number; with an exponent only below 1e-4 and from 2^54 on.
 /// @pre value is finite. Any thread, whatever the locale.

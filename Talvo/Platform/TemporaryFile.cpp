@@ -2,11 +2,15 @@
 
 #include "Platform/SystemErrorText.h"
 
+#include <QThreadPool>
+
 #include <algorithm>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <memory>
 #include <system_error>
+#include <utility>
 
 namespace Talvo {
 
@@ -48,6 +52,13 @@ void syncFolder(const QByteArray &path)
     if (folder.isOpen() && syncToDisk(folder.number()) == -1 && errno == EIO) {
         throwNotWritable();
     }
+}
+
+/// Closes a file that has lost its name. Whoever closes it last waits until the system has freed
+/// its content, which takes as long as a part of writing it; here nobody does.
+void closeInBackground(std::shared_ptr<const FileDescriptor> file)
+{
+    QThreadPool::globalInstance()->start([file = std::move(file)]() mutable { file.reset(); });
 }
 
 } // namespace
@@ -101,11 +112,15 @@ void TemporaryFile::beginWriteBack(qint64 count)
 
 void TemporaryFile::replaceTarget()
 {
+    // There may be none, or one that may not be read: then its content is freed by the renaming.
+    auto replaced = std::make_shared<const FileDescriptor>(uninterrupted(
+        [this] { return ::open(m_target.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); }));
     if (syncToDisk(m_file.number()) == -1 ||
         ::rename(m_path.constData(), m_target.constData()) == -1) {
         throwNotWritable();
     }
     m_path.clear();
+    closeInBackground(std::move(replaced));
     syncFolder(folderOf(m_target));
 }
 

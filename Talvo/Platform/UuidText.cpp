@@ -1,7 +1,8 @@
 #include "Platform/UuidText.h"
 
+#include <QtEndian>
+
 #include <algorithm>
-#include <array>
 
 namespace Talvo {
 
@@ -26,31 +27,36 @@ int digitValue(char c)
     return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
 }
 
-std::array<char, canonicalLength> canonicalText(const QUuid &id)
+/// The bytes of RFC 4122. QUuid::toRfc4122() would allocate an array for them.
+std::array<uchar, byteCount> rfc4122Bytes(const QUuid &id)
 {
-    constexpr auto digits = "0123456789ABCDEF";
-    std::array<char, canonicalLength> text{};
-    text.fill('-');
-    const QByteArray bytes = id.toRfc4122();
-    for (std::size_t i = 0; i < byteCount; ++i) {
-        const auto byte = static_cast<unsigned char>(bytes[static_cast<qsizetype>(i)]);
-        char *pair = text.data() + digitPositions[i];
-        pair[0] = digits[byte >> 4];
-        pair[1] = digits[byte & 0xf];
-    }
-    return text;
+    std::array<uchar, byteCount> bytes{};
+    qToBigEndian(id.data1, bytes.data());
+    qToBigEndian(id.data2, bytes.data() + 4);
+    qToBigEndian(id.data3, bytes.data() + 6);
+    std::ranges::copy(id.data4, bytes.data() + 8);
+    return bytes;
 }
 
 } // namespace
 
 QString uuidText(const QUuid &id)
 {
-    return QString::fromLatin1(QByteArrayView(canonicalText(id)));
+    return QString::fromLatin1(QByteArrayView(asciiUuidText(id)));
 }
 
-void appendUuidText(QByteArray &out, const QUuid &id)
+std::array<char, canonicalLength> asciiUuidText(const QUuid &id)
 {
-    out.append(QByteArrayView(canonicalText(id)));
+    constexpr auto digits = "0123456789ABCDEF";
+    std::array<char, canonicalLength> text{};
+    text.fill('-');
+    const auto bytes = rfc4122Bytes(id);
+    for (std::size_t i = 0; i < byteCount; ++i) {
+        char *pair = text.data() + digitPositions[i];
+        pair[0] = digits[bytes[i] >> 4];
+        pair[1] = digits[bytes[i] & 0xf];
+    }
+    return text;
 }
 
 std::optional<QUuid> uuidFromText(QByteArrayView text)

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
 #include <QUuid>
 
+#include <array>
 #include <optional>
 
 namespace Talvo {
@@ -13,8 +13,8 @@ namespace Talvo {
 /// 8-4-4-4-12 separated by "-" (RFC 4122 layout). Pure, any thread.
 [[nodiscard]] QString uuidText(const QUuid &id);
 
-/// The same text appended to UTF-8.
-void appendUuidText(QByteArray &out, const QUuid &id);
+/// The same text in ASCII, without an allocation.
+[[nodiscard]] std::array<char, 36> asciiUuidText(const QUuid &id);
 
 /// Reads that text back, in either case; absent for anything else (braces, other lengths, other
 /// characters). Pure, any thread.

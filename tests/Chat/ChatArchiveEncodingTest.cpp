@@ -133,18 +133,22 @@ TEST(ChatArchiveEncoding, refusesDatesThatAreNoNumbers)
     }
 }
 
-TEST(ChatArchiveEncoding, passesOnBoundedPieces)
+TEST(ChatArchiveEncoding, passesOnPiecesOfOneSize)
 {
     constexpr qsizetype mebibyte = 1 << 20;
     ChatArchive archive = archiveOfContent(QByteArray(5 * mebibyte, '\x01'));
     for (int i = 0; i < 20000; ++i) {
         archive.sessions[0].messages.append({answerID, ChatMessage::Role::assistant, "kısa"});
+        archive.sessions.push_back({sessionID, QString(), {}, {0}});
     }
     QByteArray joined;
+    qsizetype lastSize = mebibyte;
     encodeArchive(archive, [&](QByteArrayView piece) {
-        EXPECT_LE(piece.size(), 2 * mebibyte);
+        EXPECT_EQ(lastSize, mebibyte);
+        lastSize = piece.size();
         joined.append(piece);
     });
+    EXPECT_LT(lastSize, mebibyte);
     EXPECT_GT(joined.size(), 30 * mebibyte);
     EXPECT_EQ(joined, encodeArchive(archive));
     EXPECT_EQ(decodeArchive(joined), archive);

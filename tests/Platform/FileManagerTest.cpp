@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QThreadPool>
 
 #include <gtest/gtest.h>
 
@@ -243,6 +244,31 @@ TEST_F(FileManagerTest, aReaderKeepsTheOldContent)
     replace(path("file"), "yeni içerik");
     EXPECT_EQ(reader.readAll(), "eski");
     EXPECT_EQ(bytes(path("file")), "yeni içerik");
+}
+
+#ifdef Q_OS_LINUX
+
+TEST_F(FileManagerTest, doesNotHoldOnToReplacedContent)
+{
+    const auto openFiles = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
+    replace(path("file"), "eski");
+    QThreadPool::globalInstance()->waitForDone();
+    const auto before = openFiles();
+    for (int i = 0; i < 10; ++i) {
+        replace(path("file"), "yeni");
+    }
+    QThreadPool::globalInstance()->waitForDone();
+    EXPECT_EQ(openFiles(), before);
+}
+
+#endif
+
+TEST_F(FileManagerTest, replacesWhatItMayNotRead)
+{
+    replace(path("file"), "eski");
+    ASSERT_TRUE(QFile::setPermissions(path("file"), {}));
+    replace(path("file"), "yeni");
+    EXPECT_EQ(bytes(path("file")), "yeni");
 }
 
 TEST_F(FileManagerTest, writesAllPiecesInOrder)

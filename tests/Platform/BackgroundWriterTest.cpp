@@ -1,0 +1,112 @@
+#include "Platform/BackgroundWriter.h"
+
+#include "Platform/LocalizedError.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <semaphore>
+#include <thread>
+
+using namespace Talvo;
+
+namespace {
+
+class WriteFailure : public TypedError<WriteFailure>
+{
+public:
+    WriteFailure()
+        : TypedError(QStringLiteral("Yazılamadı."))
+    {
+    }
+};
+
+/// Lets a piece be written on the other thread, and not on this one that would wait for it.
+void waitUntil(const std::atomic<bool> &isBegun)
+{
+    while (!isBegun) {
+        std::this_thread::yield();
+    }
+}
+
+} // namespace
+
+TEST(BackgroundWriter, writesAllPiecesInOrder)
+{
+    QByteArray expected;
+    QByteArray written;
+    BackgroundWriter writer([&written](QByteArrayView piece) { written.append(piece); });
+    for (int i = 0; i < 1000; ++i) {
+        const QByteArray piece = QByteArray::number(i).repeated(i % 50);
+        expected += piece;
+        writer.write(piece);
+    }
+    writer.finish();
+    EXPECT_EQ(written, expected);
+}
+
+TEST(BackgroundWriter, letsItsOwnerMakeTheNextPieceMeanwhile)
+{
+    std::atomic<bool> isBegun = false;
+    std::binary_semaphore mayEnd(0);
+    QByteArray written;
+    BackgroundWriter writer([&](QByteArrayView piece) {
+        isBegun = true;
+        mayEnd.acquire();
+        written = piece.toByteArray();
+    });
+    QByteArray piece = "ilk";
+    writer.write(piece);
+    waitUntil(isBegun);
+    piece.fill('x'); // the owner's own again
+    mayEnd.release();
+    writer.finish();
+    EXPECT_EQ(written, "ilk");
+}
+
+TEST(BackgroundWriter, tellsAFailureWithTheNextPiece)
+{
+    int count = 0;
+    BackgroundWriter writer([&count](QByteArrayView) {
+        ++count;
+        throw WriteFailure();
+    });
+    writer.write("ilk");
+    EXPECT_THROW(writer.write("ikinci"), WriteFailure);
+    EXPECT_EQ(count, 1);
+}
+
+TEST(BackgroundWriter, tellsAFailureOfTheLastPieceAtTheEnd)
+{
+    BackgroundWriter writer([](QByteArrayView piece) {
+        if (piece == "son") {
+            throw WriteFailure();
+        }
+    });
+    writer.write("ilk");
+    writer.write("son");
+    EXPECT_THROW(writer.finish(), WriteFailure);
+}
+
+TEST(BackgroundWriter, waitsAtTheEndForThePieceOnItsWay)
+{
+    std::atomic<bool> isBegun = false;
+    bool isWritten = false;
+    {
+        BackgroundWriter writer([&](QByteArrayView) {
+            isBegun = true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            isWritten = true;
+        });
+        writer.write("yarım");
+        waitUntil(isBegun);
+    }
+    EXPECT_TRUE(isWritten);
+}
+
+TEST(BackgroundWriter, needsNothingWritten)
+{
+    BackgroundWriter writer([](QByteArrayView) { FAIL(); });
+    EXPECT_NO_THROW(writer.finish());
+}
