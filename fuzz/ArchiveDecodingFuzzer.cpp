@@ -9,10 +9,10 @@ using namespace Talvo;
 
 namespace {
 
-std::optional<ChatArchive> decoded(const QByteArray &document)
+std::optional<ChatArchive> decoded(const QByteArray &document, qsizetype partSize)
 {
     try {
-        return decodeArchive(document);
+        return decodeArchive(document, partSize);
     } catch (const PlatformError &error) {
         if (error.failure() != PlatformFailure::archiveNotValid) {
             std::abort();
@@ -23,17 +23,20 @@ std::optional<ChatArchive> decoded(const QByteArray &document)
 
 } // namespace
 
-/// Whatever the bytes are, they are read or refused; what was read survives another round, and its
-/// bytes are the same ever after.
+/// Whatever the bytes are, they are read or refused, the same however they are divided; what was
+/// read survives another round, and its bytes are the same ever after.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray input(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
-    const auto archive = decoded(input);
+    const auto archive = decoded(input, input.size());
+    if (decoded(input, 1) != archive) {
+        std::abort();
+    }
     if (!archive) {
         return 0;
     }
     const QByteArray document = encodeArchive(*archive);
-    const auto again = decoded(document);
+    const auto again = decoded(document, 1);
     if (again != archive || encodeArchive(*again) != document) {
         std::abort();
     }

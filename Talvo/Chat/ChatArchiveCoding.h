@@ -13,9 +13,9 @@ namespace Talvo {
 /// same archive always gives the same bytes, whatever the locale.
 ///
 /// A text that is no UTF-8 gets U+FFFD for its faulty bytes, so that what was written can always be
-/// read. `sink` gets the document in order, in pieces of 1 MiB and a shorter one. Linear in the size of the
-/// archive; any thread. Throws PlatformError::archiveNotWritable for a date that is no finite
-/// number, and what `sink` throws.
+/// read. `sink` gets the document in order, in pieces of 1 MiB and a shorter one. Linear in the
+/// size of the archive; any thread. Throws PlatformError::archiveNotWritable for a date that is no
+/// finite number, and what `sink` throws.
 void encodeArchive(const ChatArchive &archive, const std::function<void(QByteArrayView)> &sink);
 
 /// The same as one array of bytes.
@@ -28,13 +28,15 @@ void encodeArchive(const ChatArchive &archive, const std::function<void(QByteArr
 /// depth are accepted, and numbers in any form that a double can hold; "selectedSessionID" may be
 /// missing or null; everything else is required and has its one type. Where an object has several
 /// members of one name, each must be valid and the last one counts. The document must be
-/// well-formed as a whole, nested less than 1,024 levels deep and shorter than 4 GiB.
+/// well-formed as a whole, nested less than 1,024 levels deep and, in another layout than the
+/// written one, shorter than 4 GiB.
 ///
-/// Takes the document by value and frees it before the records are made, to keep the peak of memory
-/// low: two to three times the document for an archive, and at most about 14 times for one made of
-/// nothing but "1,1,1". The caller best leaves archiveDecodingPadding() bytes reserved behind it,
-/// else it is copied. Linear, with bounded stack whatever the nesting; any thread.
-/// Throws PlatformError::archiveNotValid, and std::bad_alloc.
-[[nodiscard]] ChatArchive decodeArchive(QByteArray document);
+/// A document in the layout in which it is written is read in parts of `partSize` bytes, by several
+/// threads; what comes out does not depend on it. Another is freed before the records are made, to
+/// keep the peak of memory low: two to three times the document for an archive, and at most about
+/// 15 times for one made of nothing but "1,1,1". The caller best leaves archiveDecodingPadding()
+/// bytes reserved behind it, else it is copied. Linear, with bounded stack whatever the nesting;
+/// any thread. Throws PlatformError::archiveNotValid, and std::bad_alloc.
+[[nodiscard]] ChatArchive decodeArchive(QByteArray document, qsizetype partSize = 1 << 19);
 
 } // namespace Talvo

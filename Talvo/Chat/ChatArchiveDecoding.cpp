@@ -1,11 +1,10 @@
 #include "Chat/ChatArchiveCoding.h"
 
+#include "Chat/ArchiveParts.h"
+#include "Chat/ArchiveRecords.h"
 #include "Chat/BigIntegers.h"
 #include "Platform/BytePool.h"
-#include "Platform/LargePages.h"
 #include "Platform/PlatformError.h"
-#include "Platform/Text.h"
-#include "Platform/UuidText.h"
 
 #include <QThread>
 #include <simdjson.h>
@@ -14,7 +13,7 @@
 #include <atomic>
 #include <future>
 #include <new>
-#include <string_view>
+#include <optional>
 #include <utility>
 
 namespace Talvo {
@@ -23,163 +22,129 @@ namespace {
 
 namespace dom = simdjson::dom;
 
-[[noreturn]] void throwNotValid()
+void throwUnlessParsed(simdjson::error_code outcome)
 {
-    throw PlatformError(PlatformFailure::archiveNotValid);
-}
-
-/// The value of an element that must have the JSON type of T; a truth value is no number, and a
-/// number is a double however it is written.
-template <class T>
-T valueOf(dom::element element)
-{
-    T value;
-    if (element.get(value) != simdjson::SUCCESS) {
-        throwNotValid();
+    if (outcome == simdjson::MEMALLOC) {
+        throw std::bad_alloc();
     }
-    return value;
-}
-
-/// The value of a member that must have been there.
-template <class T>
-T required(std::optional<T> member)
-{
-    if (!member) {
-        throwNotValid();
+    if (outcome != simdjson::SUCCESS) {
+        throw PlatformError(PlatformFailure::archiveNotValid);
     }
-    return *std::move(member);
 }
 
-QByteArrayView utf8Of(dom::element element)
+/// How much the messages of a document can say: no text is longer than it is written, quotes
+/// included.
+qsizetype mostContent(QByteArrayView document)
 {
-    const auto utf8 = valueOf<std::string_view>(element);
-    return {utf8.data(), static_cast<qsizetype>(utf8.size())};
+    return document.size();
 }
 
-QString textOf(dom::element element)
-{
-    return textFromUtf8(utf8Of(element));
-}
+// ---- in parts ----------------------------------------------------------------------------------
 
-QUuid identifierOf(dom::element element)
+/// Parses the inside of one array after the other. Its memory is used again and again, so that it
+/// stays in the processor's cache.
+class PartParser
 {
-    return required(uuidFromText(utf8Of(element)));
-}
-
-ChatMessage::Role roleOf(dom::element element)
-{
-    const QByteArrayView name = utf8Of(element);
-    for (const auto role : {ChatMessage::Role::user, ChatMessage::Role::assistant}) {
-        if (name == roleName(role)) {
-            return role;
-        }
+public:
+    PartParser()
+    {
+        // In its document an array is nested one level deeper, inside of the root.
+        constexpr std::size_t mostLevels = simdjson::DEFAULT_MAX_DEPTH - 1;
+        throwUnlessParsed(m_parser.allocate(firstCapacity, mostLevels));
     }
-    throwNotValid();
-}
 
-// Each record is read in one pass over its members. Of members with the same name the last one
-// counts, but all of them must be valid. What messages say stands together in one block of memory.
-
-ChatMessage messageOf(dom::element element, BytePool &contents)
-{
-    std::optional<QUuid> id;
-    std::optional<ChatMessage::Role> role;
-    std::optional<QByteArray> content;
-    for (const auto [key, value] : valueOf<dom::object>(element)) {
-        if (key == "content") {
-            content = contents.copy(utf8Of(value));
-        } else if (key == "id") {
-            id = identifierOf(value);
-        } else if (key == "role") {
-            role = roleOf(value);
-        }
+    /// The array, valid until the next one is parsed.
+    dom::element parse(QByteArrayView part)
+    {
+        m_json.resize(0); // unlike clear(), keeps the room
+        m_json.reserve(part.size() + 2 + archiveDecodingPadding());
+        m_json.append('[').append(part).append(']');
+        const auto parsed =
+            m_parser.parse(m_json.constData(), static_cast<std::size_t>(m_json.size()), false);
+        throwUnlessParsed(parsed.error());
+        return parsed.value_unsafe();
     }
-    return {required(id), required(role), required(std::move(content))};
-}
 
-ChatMessageList messagesOf(dom::element element, BytePool &contents)
-{
-    ChatMessageList messages;
-    for (const dom::element message : valueOf<dom::array>(element)) {
-        messages.append(messageOf(message, contents));
-    }
-    return messages;
-}
+private:
+    static constexpr std::size_t firstCapacity = 1024;
 
-ChatSession sessionOf(dom::element element, BytePool &contents)
-{
-    std::optional<QUuid> id;
-    std::optional<QString> title;
-    std::optional<ChatMessageList> messages;
-    std::optional<Instant> updatedAt;
-    for (const auto [key, value] : valueOf<dom::object>(element)) {
-        if (key == "id") {
-            id = identifierOf(value);
-        } else if (key == "messages") {
-            messages = messagesOf(value, contents);
-        } else if (key == "title") {
-            title = textOf(value);
-        } else if (key == "updatedAt") {
-            updatedAt = Instant{valueOf<double>(value)};
-        }
-    }
-    return {required(id), required(std::move(title)), required(std::move(messages)),
-            required(updatedAt)};
-}
+    QByteArray m_json;
+    dom::parser m_parser;
+};
 
-/// How many threads read so many sessions together with this one: where the processors are there,
-/// and a few at most, since what they do is mostly copying.
-std::size_t helpersFor(std::size_t sessionCount)
+/// How many threads read so many parts together with this one: where the processors are there, and
+/// a few at most, since what they do is mostly moving bytes.
+std::size_t helpersFor(std::size_t partCount)
 {
-    constexpr std::size_t worthAThread = 32;
     constexpr std::size_t most = 3;
     const auto others = static_cast<std::size_t>(std::max(1, QThread::idealThreadCount())) - 1;
-    return std::min({sessionCount / worthAThread, most, others});
+    return std::min({partCount - 1, most, others});
 }
 
-std::vector<ChatSession> sessionsOf(dom::element element, BytePool &contents)
+std::vector<ChatSession> joined(std::vector<std::vector<ChatSession>> parts)
 {
-    std::vector<dom::element> elements;
-    for (const dom::element session : valueOf<dom::array>(element)) {
-        elements.push_back(session);
+    std::vector<ChatSession> sessions;
+    for (std::vector<ChatSession> &part : parts) {
+        std::ranges::move(part, std::back_inserter(sessions));
     }
-    std::vector<ChatSession> sessions(elements.size());
-    std::atomic<std::size_t> next = 0;
-    const auto readSessions = [&] {
-        for (std::size_t i = next++; i < elements.size(); i = next++) {
-            sessions[i] = sessionOf(elements[i], contents);
-        }
-    };
-    // Should this thread's part throw, the end of each future still waits for its thread. Where the
-    // system has no thread to spare, this one reads everything.
-    constexpr auto onAnotherThread = std::launch::async | std::launch::deferred;
-    std::vector<std::future<void>> helpers(helpersFor(elements.size()));
-    std::ranges::generate(helpers, [&] { return std::async(onAnotherThread, readSessions); });
-    readSessions();
-    std::ranges::for_each(helpers, &std::future<void>::get);
     return sessions;
 }
 
-ChatArchive archiveOf(dom::element element, BytePool &contents)
+std::vector<ChatSession> sessionsOfParts(const std::vector<QByteArrayView> &parts,
+                                         BytePool &contents)
 {
-    std::optional<std::vector<ChatSession>> sessions;
-    std::optional<QUuid> selectedSessionID;
-    std::optional<QString> memory;
-    std::optional<QString> selectedModel;
-    for (const auto [key, value] : valueOf<dom::object>(element)) {
-        if (key == "memory") {
-            memory = textOf(value);
-        } else if (key == "selectedModel") {
-            selectedModel = textOf(value);
-        } else if (key == "selectedSessionID") {
-            selectedSessionID = value.is_null() ? std::nullopt : std::optional(identifierOf(value));
-        } else if (key == "sessions") {
-            sessions = sessionsOf(value, contents);
+    std::vector<std::vector<ChatSession>> sessions(parts.size());
+    std::atomic<std::size_t> next = 0;
+    const auto readParts = [&] {
+        PartParser parser;
+        for (std::size_t i = next++; i < parts.size(); i = next++) {
+            sessions[i] = sessionsOf(parser.parse(parts[i]), contents);
         }
-    }
-    return {required(std::move(sessions)), selectedSessionID, required(std::move(memory)),
-            required(std::move(selectedModel))};
+    };
+    // Should this thread's work throw, the end of each future still waits for its thread. Where the
+    // system has no thread to spare, this one reads everything.
+    constexpr auto onAnotherThread = std::launch::async | std::launch::deferred;
+    std::vector<std::future<void>> helpers(helpersFor(parts.size()));
+    std::ranges::generate(helpers, [&] { return std::async(onAnotherThread, readParts); });
+    readParts();
+    std::ranges::for_each(helpers, &std::future<void>::get);
+    return joined(std::move(sessions));
 }
+
+/// Whether there are several parts, and none so large that a copy of it and what its parser needs
+/// would count.
+bool isDivided(const ArchiveParts &parts)
+{
+    constexpr qsizetype largest = 32 << 20;
+    return parts.sessions.size() > 1 &&
+           std::ranges::all_of(parts.sessions,
+                               [](QByteArrayView part) { return part.size() <= largest; });
+}
+
+/// An archive in the layout in which it is written; absent for any other, and for one that is not
+/// valid or has numbers that the parser refuses: what becomes of those shows when they are read as
+/// a whole.
+std::optional<ChatArchive> decodedInParts(QByteArrayView json, qsizetype partSize)
+{
+    const auto parts = archiveParts(json, partSize);
+    if (!parts || !isDivided(*parts)) {
+        return std::nullopt;
+    }
+    try {
+        dom::parser parser;
+        const auto frame =
+            parser.parse(parts->frame.constData(), static_cast<std::size_t>(parts->frame.size()));
+        throwUnlessParsed(frame.error());
+        BytePool contents(mostContent(json));
+        ChatArchive archive = archiveOf(frame.value_unsafe(), contents);
+        archive.sessions = sessionsOfParts(parts->sessions, contents);
+        return archive;
+    } catch (const PlatformError &) {
+        return std::nullopt;
+    }
+}
+
+// ---- as a whole --------------------------------------------------------------------------------
 
 QByteArrayView withoutByteOrderMark(QByteArrayView document)
 {
@@ -196,40 +161,26 @@ bool beginsAsObject(QByteArrayView json)
     return first != json.end() && *first == '{';
 }
 
+/// Parses a document, whose parser is gone at the end: `result` has what the records need.
 simdjson::error_code parse(QByteArrayView paddedJson, dom::document &result)
 {
-    const auto size = static_cast<std::size_t>(paddedJson.size());
-    if (const auto error = result.allocate(size); error != simdjson::SUCCESS) {
-        return error;
-    }
-    // Nearly all that an archive consists of is texts, which the parser unfolds in there.
-    preferLargePages(result.string_buf.get(), size);
     dom::parser parser;
+    const auto size = static_cast<std::size_t>(paddedJson.size());
     return parser.parse_into_document(result, paddedJson.data(), size, false).error();
 }
 
-/// Parses a document, whose bytes and whose parser are gone at the end: `result` has what the
-/// records need.
-void parseAndFree(QByteArray document, dom::document &result)
+void parseWhole(QByteArrayView paddedJson, dom::document &result)
 {
-    // Makes a copy only where the caller left no padding or still holds the bytes himself.
-    document.reserve(document.size() + archiveDecodingPadding());
-    const QByteArrayView json = withoutByteOrderMark(document);
-    if (!beginsAsObject(json)) {
-        throwNotValid();
+    if (!beginsAsObject(paddedJson)) {
+        throw PlatformError(PlatformFailure::archiveNotValid);
     }
-    simdjson::error_code error = parse(json, result);
-    if (error == simdjson::NUMBER_ERROR) {
-        QByteArray rewritten = withBigIntegersAsDoubles(json);
+    simdjson::error_code outcome = parse(paddedJson, result);
+    if (outcome == simdjson::NUMBER_ERROR) {
+        QByteArray rewritten = withBigIntegersAsDoubles(paddedJson);
         rewritten.reserve(rewritten.size() + archiveDecodingPadding());
-        error = parse(rewritten, result);
+        outcome = parse(rewritten, result);
     }
-    if (error == simdjson::MEMALLOC) {
-        throw std::bad_alloc();
-    }
-    if (error != simdjson::SUCCESS) {
-        throwNotValid();
-    }
+    throwUnlessParsed(outcome);
 }
 
 } // namespace
@@ -239,13 +190,17 @@ qsizetype archiveDecodingPadding()
     return simdjson::SIMDJSON_PADDING;
 }
 
-ChatArchive decodeArchive(QByteArray document)
+ChatArchive decodeArchive(QByteArray document, qsizetype partSize)
 {
-    // No text is longer than it is written, quotes included.
-    const qsizetype mostContent = document.size();
+    if (auto archive = decodedInParts(withoutByteOrderMark(document), partSize)) {
+        return *std::move(archive);
+    }
+    // Makes a copy only where the caller left no padding or still holds the bytes himself.
+    document.reserve(document.size() + archiveDecodingPadding());
     dom::document parsed;
-    parseAndFree(std::move(document), parsed);
-    BytePool contents(mostContent);
+    parseWhole(withoutByteOrderMark(document), parsed);
+    BytePool contents(mostContent(document));
+    document.clear();
     return archiveOf(parsed.root(), contents);
 }
 

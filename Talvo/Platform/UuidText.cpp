@@ -17,15 +17,18 @@ constexpr std::array<qsizetype, byteCount> digitPositions = {0,  2,  4,  6,  9, 
 
 constexpr std::array<qsizetype, 4> dashPositions = {8, 13, 18, 23};
 
-/// The value of a hexadecimal digit, -1 for any other character.
-int digitValue(char c)
-{
-    if (c >= '0' && c <= '9') {
-        return c - '0';
+constexpr quint8 noDigit = 0xff;
+
+/// The value of each character as a hexadecimal digit in either case.
+constexpr std::array<quint8, 256> digitValues = [] {
+    std::array<quint8, 256> values{};
+    values.fill(noDigit);
+    for (quint8 value = 0; value < 16; ++value) {
+        values[static_cast<uchar>("0123456789ABCDEF"[value])] = value;
+        values[static_cast<uchar>("0123456789abcdef"[value])] = value;
     }
-    const int letter = c | 0x20; // lower case
-    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
-}
+    return values;
+}();
 
 /// The bytes of RFC 4122. QUuid::toRfc4122() would allocate an array for them.
 std::array<uchar, byteCount> rfc4122Bytes(const QUuid &id)
@@ -65,14 +68,17 @@ std::optional<QUuid> uuidFromText(QByteArrayView text)
     if (text.size() != canonicalLength || !std::ranges::all_of(dashPositions, isDash)) {
         return std::nullopt;
     }
+    const auto digitAt = [text](qsizetype i) { return digitValues[static_cast<uchar>(text[i])]; };
     std::array<char, byteCount> bytes{};
+    quint8 allDigits = 0;
     for (std::size_t i = 0; i < byteCount; ++i) {
-        const int high = digitValue(text[digitPositions[i]]);
-        const int low = digitValue(text[digitPositions[i] + 1]);
-        if (high < 0 || low < 0) {
-            return std::nullopt;
-        }
+        const quint8 high = digitAt(digitPositions[i]);
+        const quint8 low = digitAt(digitPositions[i] + 1);
+        allDigits |= high | low;
         bytes[i] = static_cast<char>(high << 4 | low);
+    }
+    if (allDigits == noDigit) {
+        return std::nullopt;
     }
     return QUuid::fromRfc4122(bytes);
 }

@@ -11,16 +11,24 @@ using namespace Talvo;
 namespace {
 
 /// The archive of a document, absent when it is refused in the one specified way.
-std::optional<ChatArchive> decoded(const QByteArray &document)
+std::optional<ChatArchive> decoded(const QByteArray &document, qsizetype partSize)
 {
     try {
-        return decodeArchive(document);
+        return decodeArchive(document, partSize);
     } catch (const PlatformError &error) {
         EXPECT_EQ(error.failure(), PlatformFailure::archiveNotValid);
         EXPECT_EQ(error.localizedDescription(),
                   platformFailureText(PlatformFailure::archiveNotValid));
         return std::nullopt;
     }
+}
+
+/// The same, however the document is divided.
+std::optional<ChatArchive> decoded(const QByteArray &document)
+{
+    auto asWhole = decoded(document, document.size());
+    EXPECT_EQ(decoded(document, 1), asWhole);
+    return asWhole;
 }
 
 QByteArray archiveWith(const QByteArray &members)
@@ -319,19 +327,73 @@ TEST(ChatArchiveDecoding, refusesOneBrokenSessionAmongMany)
     }
 }
 
-/// The threads that read the other sessions must have ended when the document goes: for
+/// The threads that read the other parts must have ended when the document goes: for
 /// AddressSanitizer to see.
 TEST(ChatArchiveDecoding, nobodyReadsOnAfterARefusal)
 {
-    const QByteArray title(20'000, 'a');
-    QByteArray sessions = R"({"id":"no identifier"})";
-    for (int i = 0; i < 200; ++i) {
-        sessions += R"(,{"id":"7C9E6679-7425-40DE-944B-E07FC1F90AE7","messages":[],"title":")" +
-                    title + R"(","updatedAt":1})";
-    }
-    const QByteArray document = archiveWith(R"("sessions":[)" + sessions + "]");
+    const ChatSession session{sessionID, QString(20'000, u'a'), {}, {0}};
+    const ChatArchive archive{std::vector(200, session), std::nullopt, QString(), QString()};
+    QByteArray document = encodeArchive(archive);
+    document.replace(document.indexOf(id), id.size(), R"("no identifier")");
     for (int i = 0; i < 50; ++i) {
         EXPECT_FALSE(decoded(document));
+    }
+}
+
+TEST(ChatArchiveDecoding, isTheSameForEveryDivision)
+{
+    const QByteArray three = encodeArchive(archiveOfThree());
+    const auto changed = [&three](const QByteArray &before, const QByteArray &after) {
+        QByteArray document = three;
+        const qsizetype place = document.lastIndexOf(before, -100);
+        EXPECT_GE(place, 0) << before.toStdString();
+        return document.replace(place, before.size(), after);
+    };
+    const QByteArray meeting = "\n    },\n    {";
+    EXPECT_EQ(decoded(three), archiveOfThree());
+    EXPECT_EQ(decoded("\xEF\xBB\xBF" + three), archiveOfThree());
+    EXPECT_EQ(decoded(three + "\n"), archiveOfThree());
+    EXPECT_EQ(decoded(changed(meeting, "\n    } , {")), archiveOfThree());
+    EXPECT_FALSE(decoded(changed(meeting, "\n    },,\n    {")));
+    EXPECT_FALSE(decoded(changed(meeting, "\n    }\n    {")));
+    EXPECT_FALSE(decoded(changed(meeting, "\n    },\n    ],\n    {")));
+    EXPECT_FALSE(decoded(changed("\"title\" : \"", "\"title\" : \"" + meeting)));
+    EXPECT_FALSE(decoded(changed("\"updatedAt\"", "\"UpdatedAt\"")));
+    EXPECT_FALSE(decoded(three + "}"));
+    EXPECT_FALSE(decoded(QByteArray(three).chopped(1)));
+    EXPECT_FALSE(decoded(QByteArray(three).chopped(1) + ",}"));
+}
+
+/// What looks like the place where two conversations meet may be something else.
+TEST(ChatArchiveDecoding, isNotMisledByTheLayout)
+{
+    const QByteArray three = encodeArchive(archiveOfThree());
+    const auto with = [&three](const QByteArray &member) {
+        return QByteArray(three).replace("\"title\"", member + ",\"title\"");
+    };
+    EXPECT_EQ(decoded(with("\"x\":[{\n    },\n    {}]")), archiveOfThree());
+    EXPECT_EQ(decoded(with("\"sessions\":\n  \"sessions\"")), archiveOfThree());
+    EXPECT_EQ(decoded(with("\"x\":{\n  \"sessions\" : [\n  ]\n}")), archiveOfThree());
+    EXPECT_EQ(decoded(with("\"x\":99999999999999999999999")), archiveOfThree());
+    const QByteArray members = three.sliced(1);
+    EXPECT_EQ(decoded("{\n  \"sessions\" : [\n\n  ]," + members), archiveOfThree());
+    EXPECT_FALSE(decoded("{\n  \"sessions\" : [\n    {\n    },\n    {\n    }\n  ]," + members));
+    EXPECT_FALSE(decoded("{\"x\":{" + members));
+    EXPECT_EQ(decoded("{\"x\":{" + members + "," + members), archiveOfThree());
+}
+
+TEST(ChatArchiveDecoding, boundsTheNestingInEveryDivision)
+{
+    const QByteArray three = encodeArchive(archiveOfThree());
+    const auto isRead = [&three](qsizetype levels) {
+        const QByteArray nested =
+            "\"x\":" + QByteArray(levels, '[') + QByteArray(levels, ']') + ",\"title\"";
+        return decoded(QByteArray(three).replace("\"title\"", nested)).has_value();
+    };
+    EXPECT_TRUE(isRead(1000));
+    EXPECT_FALSE(isRead(1030));
+    for (qsizetype levels = 1000; levels < 1030; ++levels) {
+        (void)isRead(levels); // which compares the divisions
     }
 }
 

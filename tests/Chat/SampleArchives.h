@@ -25,6 +25,14 @@ inline ChatArchive sampleArchive()
             QStringLiteral("llama-3.3-70b-versatile")};
 }
 
+/// The same conversation three times.
+inline ChatArchive archiveOfThree()
+{
+    ChatArchive archive = sampleArchive();
+    archive.sessions.assign(3, sampleArchive().sessions.front());
+    return archive;
+}
+
 /// Nothing but what is required.
 inline ChatArchive emptyArchive()
 {
