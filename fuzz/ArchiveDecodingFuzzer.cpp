@@ -1,6 +1,7 @@
 #include "Chat/ChatArchiveCoding.h"
 #include "FuzzTarget.h"
 #include "Platform/PlatformError.h"
+#include "standins/InMemoryFile.h"
 
 #include <cstdlib>
 #include <optional>
@@ -9,10 +10,12 @@ using namespace Talvo;
 
 namespace {
 
+/// Read in parts of a size, or as a whole for a size of 0.
 std::optional<ChatArchive> decoded(const QByteArray &document, qsizetype partSize)
 {
     try {
-        return decodeArchive(document, partSize);
+        return partSize > 0 ? decodeArchive(InMemoryFile(document), partSize)
+                            : decodeArchive(document);
     } catch (const PlatformError &error) {
         if (error.failure() != PlatformFailure::archiveNotValid) {
             std::abort();
@@ -28,7 +31,7 @@ std::optional<ChatArchive> decoded(const QByteArray &document, qsizetype partSiz
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray input(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
-    const auto archive = decoded(input, input.size());
+    const auto archive = decoded(input, 0);
     if (decoded(input, 1) != archive) {
         std::abort();
     }

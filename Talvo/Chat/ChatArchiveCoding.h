@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Chat/ChatArchive.h"
+#include "Platform/ReadableFile.h"
 
 #include <QByteArrayView>
 
@@ -28,15 +29,21 @@ void encodeArchive(const ChatArchive &archive, const std::function<void(QByteArr
 /// depth are accepted, and numbers in any form that a double can hold; "selectedSessionID" may be
 /// missing or null; everything else is required and has its one type. Where an object has several
 /// members of one name, each must be valid and the last one counts. The document must be
-/// well-formed as a whole, nested less than 1,024 levels deep and, in another layout than the
-/// written one, shorter than 4 GiB.
+/// well-formed as a whole, nested less than 1,024 levels deep and shorter than 4 GiB.
 ///
-/// A document in the layout in which it is written is read in parts of `partSize` bytes, by several
-/// threads; what comes out does not depend on it. Another is freed before the records are made, to
-/// keep the peak of memory low: two to three times the document for an archive, and at most about
-/// 15 times for one made of nothing but "1,1,1". The caller best leaves archiveDecodingPadding()
-/// bytes reserved behind it, else it is copied. Linear, with bounded stack whatever the nesting;
-/// any thread. Throws PlatformError::archiveNotValid, and std::bad_alloc.
-[[nodiscard]] ChatArchive decodeArchive(QByteArray document, qsizetype partSize = 1 << 19);
+/// Takes the document by value and frees it before the records are made, to keep the peak of memory
+/// low: two to three times the document for an archive, and at most about 14 times for one made of
+/// nothing but "1,1,1". The caller best leaves archiveDecodingPadding() bytes reserved behind it,
+/// else it is copied. Linear, with bounded stack whatever the nesting; any thread.
+/// Throws PlatformError::archiveNotValid, and std::bad_alloc.
+[[nodiscard]] ChatArchive decodeArchive(QByteArray document);
+
+/// The same for a document in a file.
+///
+/// In the layout in which encodeArchive() writes, it is read in parts of `partSize` bytes, by
+/// several threads: beside the records there is never more than these parts in memory, and the
+/// document may be of any size. In another one it is read as a whole. What comes out does not
+/// depend on it. Throws PlatformError::archiveNotReadable as well.
+[[nodiscard]] ChatArchive decodeArchive(const ReadableFile &file, qsizetype partSize = 1 << 19);
 
 } // namespace Talvo

@@ -32,11 +32,17 @@ void throwUnlessParsed(simdjson::error_code outcome)
     }
 }
 
-/// How much the messages of a document can say: no text is longer than it is written, quotes
-/// included.
-qsizetype mostContent(QByteArrayView document)
+/// How much the messages of a document of so many bytes can say: no text is longer than it is
+/// written, quotes included.
+qsizetype mostContent(qsizetype documentSize)
 {
-    return document.size();
+    return documentSize;
+}
+
+QByteArrayView withoutByteOrderMark(QByteArrayView document)
+{
+    constexpr QByteArrayView byteOrderMark = "\xEF\xBB\xBF";
+    return document.startsWith(byteOrderMark) ? document.sliced(byteOrderMark.size()) : document;
 }
 
 // ---- in parts ----------------------------------------------------------------------------------
@@ -53,12 +59,18 @@ public:
         throwUnlessParsed(m_parser.allocate(firstCapacity, mostLevels));
     }
 
-    /// The array, valid until the next one is parsed.
-    dom::element parse(QByteArrayView part)
+    /// The array whose inside is a part of a file, valid until the next one is parsed.
+    dom::element parse(const ReadableFile &file, ArchiveParts::Range part)
     {
         m_json.resize(0); // unlike clear(), keeps the room
-        m_json.reserve(part.size() + 2 + archiveDecodingPadding());
-        m_json.append('[').append(part).append(']');
+        m_json.reserve(part.size + 2 + archiveDecodingPadding());
+        m_json.append('[');
+        file.read(part.begin, part.size, m_json);
+        if (m_json.size() != 1 + part.size) {
+            // It ends earlier by now. What is left of the part, perhaps nothing, may look valid.
+            throw PlatformError(PlatformFailure::archiveNotReadable);
+        }
+        m_json.append(']');
         const auto parsed =
             m_parser.parse(m_json.constData(), static_cast<std::size_t>(m_json.size()), false);
         throwUnlessParsed(parsed.error());
@@ -90,21 +102,22 @@ std::vector<ChatSession> joined(std::vector<std::vector<ChatSession>> parts)
     return sessions;
 }
 
-std::vector<ChatSession> sessionsOfParts(const std::vector<QByteArrayView> &parts,
+std::vector<ChatSession> sessionsOfParts(const ReadableFile &file, const ArchiveParts &parts,
                                          BytePool &contents)
 {
-    std::vector<std::vector<ChatSession>> sessions(parts.size());
+    const std::vector<ArchiveParts::Range> &ranges = parts.sessions;
+    std::vector<std::vector<ChatSession>> sessions(ranges.size());
     std::atomic<std::size_t> next = 0;
     const auto readParts = [&] {
         PartParser parser;
-        for (std::size_t i = next++; i < parts.size(); i = next++) {
-            sessions[i] = sessionsOf(parser.parse(parts[i]), contents);
+        for (std::size_t i = next++; i < ranges.size(); i = next++) {
+            sessions[i] = sessionsOf(parser.parse(file, ranges[i]), contents);
         }
     };
     // Should this thread's work throw, the end of each future still waits for its thread. Where the
     // system has no thread to spare, this one reads everything.
     constexpr auto onAnotherThread = std::launch::async | std::launch::deferred;
-    std::vector<std::future<void>> helpers(helpersFor(parts.size()));
+    std::vector<std::future<void>> helpers(helpersFor(ranges.size()));
     std::ranges::generate(helpers, [&] { return std::async(onAnotherThread, readParts); });
     readParts();
     std::ranges::for_each(helpers, &std::future<void>::get);
@@ -118,26 +131,26 @@ bool isDivided(const ArchiveParts &parts)
     constexpr qsizetype largest = 32 << 20;
     return parts.sessions.size() > 1 &&
            std::ranges::all_of(parts.sessions,
-                               [](QByteArrayView part) { return part.size() <= largest; });
+                               [](ArchiveParts::Range part) { return part.size <= largest; });
 }
 
-/// An archive in the layout in which it is written; absent for any other, and for one that is not
-/// valid or has numbers that the parser refuses: what becomes of those shows when they are read as
-/// a whole.
-std::optional<ChatArchive> decodedInParts(QByteArrayView json, qsizetype partSize)
+/// An archive in the layout in which it is written; absent for any other, and for one that cannot
+/// be read, is not valid or has numbers that the parser refuses: what becomes of those shows when
+/// they are read as a whole.
+std::optional<ChatArchive> decodedInParts(const ReadableFile &file, qsizetype partSize)
 {
-    const auto parts = archiveParts(json, partSize);
-    if (!parts || !isDivided(*parts)) {
-        return std::nullopt;
-    }
     try {
+        const auto parts = archiveParts(file, partSize);
+        if (!parts || !isDivided(*parts)) {
+            return std::nullopt;
+        }
         dom::parser parser;
-        const auto frame =
-            parser.parse(parts->frame.constData(), static_cast<std::size_t>(parts->frame.size()));
-        throwUnlessParsed(frame.error());
-        BytePool contents(mostContent(json));
-        ChatArchive archive = archiveOf(frame.value_unsafe(), contents);
-        archive.sessions = sessionsOfParts(parts->sessions, contents);
+        const QByteArrayView frame = withoutByteOrderMark(parts->frame);
+        const auto parsed = parser.parse(frame.data(), static_cast<std::size_t>(frame.size()));
+        throwUnlessParsed(parsed.error());
+        BytePool contents(mostContent(file.size()));
+        ChatArchive archive = archiveOf(parsed.value_unsafe(), contents);
+        archive.sessions = sessionsOfParts(file, *parts, contents);
         return archive;
     } catch (const PlatformError &) {
         return std::nullopt;
@@ -145,12 +158,6 @@ std::optional<ChatArchive> decodedInParts(QByteArrayView json, qsizetype partSiz
 }
 
 // ---- as a whole --------------------------------------------------------------------------------
-
-QByteArrayView withoutByteOrderMark(QByteArrayView document)
-{
-    constexpr QByteArrayView byteOrderMark = "\xEF\xBB\xBF";
-    return document.startsWith(byteOrderMark) ? document.sliced(byteOrderMark.size()) : document;
-}
 
 /// Whether the first character that is no white space opens an object. Anything else is refused
 /// before the parser makes room for it.
@@ -190,16 +197,21 @@ qsizetype archiveDecodingPadding()
     return simdjson::SIMDJSON_PADDING;
 }
 
-ChatArchive decodeArchive(QByteArray document, qsizetype partSize)
+ChatArchive decodeArchive(const ReadableFile &file, qsizetype partSize)
 {
-    if (auto archive = decodedInParts(withoutByteOrderMark(document), partSize)) {
+    if (auto archive = decodedInParts(file, partSize)) {
         return *std::move(archive);
     }
+    return decodeArchive(file.readAll(archiveDecodingPadding()));
+}
+
+ChatArchive decodeArchive(QByteArray document)
+{
     // Makes a copy only where the caller left no padding or still holds the bytes himself.
     document.reserve(document.size() + archiveDecodingPadding());
     dom::document parsed;
     parseWhole(withoutByteOrderMark(document), parsed);
-    BytePool contents(mostContent(document));
+    BytePool contents(mostContent(document.size()));
     document.clear();
     return archiveOf(parsed.root(), contents);
 }

@@ -123,8 +123,7 @@ std::optional<ChatArchive> ChatArchiveStore::loadNow()
     }
     m_mustKeepOldFile = true; // until it turns out to be readable
     try {
-        ChatArchive archive =
-            decodeArchive(m_fileManager->readFile(m_fileURL, archiveDecodingPadding()));
+        ChatArchive archive = decodeArchive(*m_fileManager->openFile(m_fileURL));
         m_mustKeepOldFile = false;
         return archive;
     } catch (const PlatformError &error) {

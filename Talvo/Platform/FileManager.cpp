@@ -2,7 +2,7 @@
 
 #include "Platform/BackgroundWriter.h"
 #include "Platform/FileDescriptor.h"
-#include "Platform/LargePages.h"
+#include "Platform/FileOnDisk.h"
 #include "Platform/SystemErrorText.h"
 #include "Platform/TemporaryFile.h"
 
@@ -10,10 +10,7 @@
 #include <QFile>
 #include <QStandardPaths>
 
-#include <algorithm>
 #include <climits>
-#include <fcntl.h>
-#include <new>
 #include <sys/stat.h>
 
 namespace Talvo {
@@ -50,51 +47,6 @@ void refuseToReplaceOtherThanRegularFile(const QByteArray &path)
         throw fileError(PlatformFailure::archiveNotWritable, EISDIR);
     }
     throw PlatformError(PlatformFailure::archiveNotWritable, QStringLiteral("dosya değil"));
-}
-
-/// The size of an open regular file. Throws for anything else.
-qsizetype sizeOfRegularFile(const FileDescriptor &file)
-{
-    struct stat status
-    {
-    };
-    if (::fstat(file.number(), &status) == -1) {
-        throw fileError(PlatformFailure::archiveNotReadable, errno);
-    }
-    if (S_ISDIR(status.st_mode)) {
-        throw fileError(PlatformFailure::archiveNotReadable, EISDIR);
-    }
-    if (!S_ISREG(status.st_mode)) {
-        throw PlatformError(PlatformFailure::archiveNotReadable, QStringLiteral("dosya değil"));
-    }
-    return static_cast<qsizetype>(status.st_size);
-}
-
-/// Reads to the end of the file, wherever that is by now: the size was only a good guess.
-QByteArray readToEnd(const FileDescriptor &file, qsizetype expectedSize, qsizetype padding)
-{
-    constexpr qsizetype smallestRead = 65536;
-    QByteArray content;
-    // One byte more than expected lets the last read see the end without growing.
-    content.reserve(expectedSize + std::max(padding, qsizetype{1}));
-    preferLargePages(content.data(), static_cast<std::size_t>(content.capacity()));
-    while (true) {
-        const qsizetype filled = content.size();
-        const qsizetype room = content.capacity() - filled;
-        content.resize(filled + (room > 0 ? room : smallestRead));
-        const auto count = uninterrupted([&] {
-            return ::read(file.number(), content.data() + filled,
-                          static_cast<std::size_t>(content.size() - filled));
-        });
-        if (count == -1) {
-            throw fileError(PlatformFailure::archiveNotReadable, errno);
-        }
-        content.resize(filled + count);
-        if (count == 0) {
-            content.reserve(filled + padding);
-            return content;
-        }
-    }
 }
 
 bool isFolder(const QByteArray &path)
@@ -142,20 +94,9 @@ void FileManager::createDirectory(const QString &path) const
     }
 }
 
-QByteArray FileManager::readFile(const QString &path, qsizetype padding) const
+std::unique_ptr<const ReadableFile> FileManager::openFile(const QString &path) const
 {
-    // Without O_NONBLOCK, opening a pipe waits for somebody to write into it.
-    const QByteArray encoded = QFile::encodeName(path);
-    const FileDescriptor file(uninterrupted(
-        [&] { return ::open(encoded.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
-    if (!file.isOpen()) {
-        throw fileError(PlatformFailure::archiveNotReadable, errno);
-    }
-    try {
-        return readToEnd(file, sizeOfRegularFile(file), padding);
-    } catch (const std::bad_alloc &) {
-        throw fileError(PlatformFailure::archiveNotReadable, ENOMEM);
-    }
+    return std::make_unique<FileOnDisk>(QFile::encodeName(path));
 }
 
 void FileManager::replaceFile(const QString &path,

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "Platform/ReadableFile.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
 
 #include <functional>
+#include <memory>
 
 namespace Talvo {
 
@@ -32,10 +35,9 @@ public:
     /// left as it is. Throws PlatformError::folderNotCreatable.
     virtual void createDirectory(const QString &path) const;
 
-    /// The whole content of a regular file, with `padding` more bytes of unspecified content
-    /// reserved (not counted in the size) behind it. Throws PlatformError::archiveNotReadable, also
-    /// for a folder, a pipe or a device, none of which is waited for.
-    [[nodiscard]] virtual QByteArray readFile(const QString &path, qsizetype padding) const;
+    /// Opens a regular file for reading. Throws PlatformError::archiveNotReadable, also for a
+    /// folder, a pipe or a device, none of which is waited for.
+    [[nodiscard]] virtual std::unique_ptr<const ReadableFile> openFile(const QString &path) const;
 
     /// Receives the next piece of what is being written.
     using Sink = std::function<void(QByteArrayView)>;

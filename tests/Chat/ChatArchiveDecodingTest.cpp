@@ -1,20 +1,23 @@
 #include "Chat/ChatArchiveCoding.h"
 #include "Chat/SampleArchives.h"
 #include "Platform/PlatformError.h"
+#include "standins/InMemoryFile.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <optional>
 
 using namespace Talvo;
 
 namespace {
 
-/// The archive of a document, absent when it is refused in the one specified way.
-std::optional<ChatArchive> decoded(const QByteArray &document, qsizetype partSize)
+/// What is decoded from some source, absent when it is refused in the one specified way.
+template <class Source, class... PartSize>
+std::optional<ChatArchive> decodedFrom(const Source &source, PartSize... partSize)
 {
     try {
-        return decodeArchive(document, partSize);
+        return decodeArchive(source, partSize...);
     } catch (const PlatformError &error) {
         EXPECT_EQ(error.failure(), PlatformFailure::archiveNotValid);
         EXPECT_EQ(error.localizedDescription(),
@@ -23,11 +26,11 @@ std::optional<ChatArchive> decoded(const QByteArray &document, qsizetype partSiz
     }
 }
 
-/// The same, however the document is divided.
+/// The archive of a document, which is the same in whatever parts it is read.
 std::optional<ChatArchive> decoded(const QByteArray &document)
 {
-    auto asWhole = decoded(document, document.size());
-    EXPECT_EQ(decoded(document, 1), asWhole);
+    auto asWhole = decodedFrom(document);
+    EXPECT_EQ(decodedFrom(InMemoryFile(document), 1), asWhole);
     return asWhole;
 }
 
@@ -338,6 +341,60 @@ TEST(ChatArchiveDecoding, nobodyReadsOnAfterARefusal)
     for (int i = 0; i < 50; ++i) {
         EXPECT_FALSE(decoded(document));
     }
+}
+
+TEST(ChatArchiveDecoding, tellsThatAFileCannotBeRead)
+{
+    class BrokenFile : public InMemoryFile
+    {
+    public:
+        using InMemoryFile::InMemoryFile;
+        void read(qsizetype offset, qsizetype count, QByteArray &to) const override
+        {
+            if (++m_reads > 10) {
+                throw PlatformError(PlatformFailure::archiveNotReadable);
+            }
+            InMemoryFile::read(offset, count, to);
+        }
+        QByteArray readAll(qsizetype) const override
+        {
+            throw PlatformError(PlatformFailure::archiveNotReadable);
+        }
+
+    private:
+        mutable std::atomic<int> m_reads = 0;
+    };
+    const BrokenFile file(encodeArchive(archiveOfThree()));
+    EXPECT_NO_THROW((void)decodeArchive(InMemoryFile(encodeArchive(archiveOfThree())), 1));
+    try {
+        (void)decodeArchive(file, 1);
+        (void)decodeArchive(file, 1);
+        ADD_FAILURE();
+    } catch (const PlatformError &error) {
+        EXPECT_EQ(error.failure(), PlatformFailure::archiveNotReadable);
+    }
+}
+
+/// A program that replaces nothing but writes over the file is not what this one does.
+TEST(ChatArchiveDecoding, readsAFileAnewThatChangesMeanwhile)
+{
+    class ChangingFile : public InMemoryFile
+    {
+    public:
+        using InMemoryFile::InMemoryFile;
+        void read(qsizetype offset, qsizetype count, QByteArray &to) const override
+        {
+            // After the first looks at it, the file has ended.
+            if (++m_reads < 5) {
+                InMemoryFile::read(offset, count, to);
+            }
+        }
+        QByteArray readAll(qsizetype) const override { return encodeArchive(sampleArchive()); }
+
+    private:
+        mutable std::atomic<int> m_reads = 0;
+    };
+    EXPECT_EQ(decodeArchive(ChangingFile(encodeArchive(archiveOfThree())), 1), sampleArchive());
 }
 
 TEST(ChatArchiveDecoding, isTheSameForEveryDivision)

@@ -1,6 +1,7 @@
 #include "Chat/ChatArchiveCoding.h"
 #include "Chat/SampleArchives.h"
 #include "Platform/PlatformError.h"
+#include "standins/InMemoryFile.h"
 
 #include <gtest/gtest.h>
 
@@ -97,23 +98,24 @@ private:
     std::mt19937 m_engine;
 };
 
-/// What a document is read as, absent when it is refused in the one specified way.
-std::optional<ChatArchive> readOrRefused(const QByteArray &document, qsizetype partSize)
+/// What is read from some source, absent when it is refused in the one specified way.
+template <class Source, class... PartSize>
+std::optional<ChatArchive> readFrom(const Source &source, PartSize... partSize)
 {
     try {
-        return decodeArchive(document, partSize);
+        return decodeArchive(source, partSize...);
     } catch (const PlatformError &error) {
         EXPECT_EQ(error.failure(), PlatformFailure::archiveNotValid);
         return std::nullopt;
     }
 }
 
-/// True when the document is either read or refused, the same however it is divided, and what was
-/// read survives another round.
+/// True when the document is either read or refused, the same in whatever parts, and what was read
+/// survives another round.
 bool isReadOrRefused(const QByteArray &document)
 {
-    const auto archive = readOrRefused(document, document.size());
-    return readOrRefused(document, 1) == archive &&
+    const auto archive = readFrom(document);
+    return readFrom(InMemoryFile(document), 1) == archive &&
            (!archive || decodeArchive(encodeArchive(*archive)) == archive);
 }
 
@@ -127,7 +129,7 @@ TEST(ChatArchiveProperty, everyArchiveSurvivesTheRoundTrip)
         const QByteArray document = encodeArchive(archive);
         const ChatArchive decoded = decodeArchive(document);
         ASSERT_EQ(decoded, archive) << document.toStdString();
-        ASSERT_EQ(decodeArchive(document, 1), archive) << document.toStdString();
+        ASSERT_EQ(decodeArchive(InMemoryFile(document), 1), archive) << document.toStdString();
         ASSERT_EQ(encodeArchive(decoded), document) << document.toStdString();
     }
 }

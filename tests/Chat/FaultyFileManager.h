@@ -35,7 +35,7 @@ public:
         FileManager::createDirectory(path);
     }
 
-    QByteArray readFile(const QString &path, qsizetype padding) const override
+    std::unique_ptr<const ReadableFile> openFile(const QString &path) const override
     {
         if (hasNoMemory) {
             throw std::bad_alloc();
@@ -43,7 +43,7 @@ public:
         if (isUnreadable) {
             throw PlatformError(PlatformFailure::archiveNotReadable);
         }
-        return FileManager::readFile(path, padding);
+        return FileManager::openFile(path);
     }
 
     void replaceFile(const QString &path,

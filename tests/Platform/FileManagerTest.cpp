@@ -141,7 +141,7 @@ TEST_F(FileManagerTest, readsAWholeFileAndReservesThePadding)
     for (const qsizetype size : {0, 1, 100, 65535, 65536, 65537, 3000000}) {
         const QByteArray content(size, 'x');
         write(path("file"), content);
-        QByteArray read = m_files.readFile(path("file"), 64);
+        QByteArray read = m_files.openFile(path("file"))->readAll(64);
         EXPECT_EQ(read, content);
         const char *before = read.constData();
         read.resize(size + 64); // does not move it
@@ -149,17 +149,43 @@ TEST_F(FileManagerTest, readsAWholeFileAndReservesThePadding)
     }
 }
 
+TEST_F(FileManagerTest, readsPiecesOfAFile)
+{
+    write(path("file"), "0123456789");
+    const auto file = m_files.openFile(path("file"));
+    EXPECT_EQ(file->size(), 10);
+    QByteArray read = "x";
+    file->read(3, 2, read);
+    file->read(0, 1, read);
+    EXPECT_EQ(read, "x340");
+    file->read(8, 5, read);
+    EXPECT_EQ(read, "x34089");
+    file->read(20, 5, read);
+    EXPECT_EQ(read, "x34089");
+}
+
+TEST_F(FileManagerTest, readsWhatWasAddedMeanwhile)
+{
+    write(path("file"), QByteArray(100, 'x'));
+    const auto file = m_files.openFile(path("file"));
+    write(path("file"), QByteArray(300000, 'y'));
+    EXPECT_EQ(file->readAll(0), QByteArray(300000, 'y'));
+    write(path("file"), "z");
+    EXPECT_EQ(file->readAll(64), "z");
+}
+
 #ifdef Q_OS_LINUX
 
 TEST_F(FileManagerTest, readsAFileThatGivesNoSize)
 {
-    EXPECT_TRUE(m_files.readFile(QStringLiteral("/proc/self/status"), 0).contains("\nPid:"));
+    EXPECT_TRUE(
+        m_files.openFile(QStringLiteral("/proc/self/status"))->readAll(0).contains("\nPid:"));
 }
 
 TEST_F(FileManagerTest, aFileThatBreaksOffCannotBeRead)
 {
     const QString file = QStringLiteral("/proc/self/mem"); // nothing is mapped at its beginning
-    const auto error = errorOf([&] { (void)m_files.readFile(file, 0); });
+    const auto error = errorOf([&] { (void)m_files.openFile(file)->readAll(0); });
     ASSERT_TRUE(error);
     EXPECT_EQ(error->failure(), PlatformFailure::archiveNotReadable);
     EXPECT_TRUE(error->localizedDescription().endsWith(QStringLiteral(" (giriş/çıkış hatası)")));
@@ -187,7 +213,7 @@ TEST_F(FileManagerTest, readsNothingButFiles)
         {path(QByteArray(300, 'x').constData()), "dosya yolu çok uzun"},
     };
     for (const auto &[name, detail] : cases) {
-        const auto error = errorOf([&] { (void)m_files.readFile(name, 0); });
+        const auto error = errorOf([&] { (void)m_files.openFile(name); });
         ASSERT_TRUE(error) << detail;
         EXPECT_EQ(error->failure(), PlatformFailure::archiveNotReadable);
         EXPECT_EQ(error->localizedDescription(),
@@ -220,7 +246,7 @@ TEST_F(FileManagerTest, aFileWithoutPermissionCannotBeRead)
     ASSERT_TRUE(QFile::setPermissions(path("file"), {}));
     ASSERT_EQ(::chmod(QFile::encodeName(m_directory.path()).constData(), 0711), 0);
     const LikeAnyUser user;
-    EXPECT_EQ(failureOf([&] { (void)m_files.readFile(path("file"), 0); }),
+    EXPECT_EQ(failureOf([&] { (void)m_files.openFile(path("file")); }),
               PlatformFailure::archiveNotReadable);
     EXPECT_TRUE(m_files.fileExists(path("file")));
 }
@@ -267,7 +293,12 @@ TEST_F(FileManagerTest, replacesWhatItMayNotRead)
 {
     replace(path("file"), "eski");
     ASSERT_TRUE(QFile::setPermissions(path("file"), {}));
-    replace(path("file"), "yeni");
+    ASSERT_EQ(::chmod(QFile::encodeName(m_directory.path()).constData(), 0777), 0);
+    {
+        const LikeAnyUser user;
+        EXPECT_THROW((void)m_files.openFile(path("file")), PlatformError);
+        replace(path("file"), "yeni");
+    }
     EXPECT_EQ(bytes(path("file")), "yeni");
 }
 

@@ -1,5 +1,7 @@
 #include "support/MemoryFileManager.h"
 
+#include "standins/InMemoryFile.h"
+
 namespace Talvo::Testing {
 
 void MemoryFileManager::passGate() const
@@ -21,7 +23,7 @@ bool MemoryFileManager::fileExists(const QString &path) const
 
 void MemoryFileManager::createDirectory(const QString &) const {}
 
-QByteArray MemoryFileManager::readFile(const QString &path, qsizetype padding) const
+std::unique_ptr<const ReadableFile> MemoryFileManager::openFile(const QString &path) const
 {
     passGate();
     const std::lock_guard lock(m_mutex);
@@ -29,9 +31,7 @@ QByteArray MemoryFileManager::readFile(const QString &path, qsizetype padding) c
     if (file == m_files.end()) {
         throw PlatformError(PlatformFailure::archiveNotReadable);
     }
-    QByteArray bytes;
-    bytes.reserve(file->second.size() + padding);
-    return bytes.append(file->second);
+    return std::make_unique<InMemoryFile>(file->second);
 }
 
 void MemoryFileManager::replaceFile(const QString &path,

@@ -26,7 +26,7 @@ public:
     }
     [[nodiscard]] bool fileExists(const QString &path) const override;
     void createDirectory(const QString &path) const override;
-    [[nodiscard]] QByteArray readFile(const QString &path, qsizetype padding) const override;
+    [[nodiscard]] std::unique_ptr<const ReadableFile> openFile(const QString &path) const override;
     void replaceFile(const QString &path,
                      const std::function<void(const Sink &)> &produce) const override;
     [[nodiscard]] LinkOutcome linkFile(const QString &existing, const QString &name) const override;
