@@ -13,11 +13,11 @@ namespace Talvo {
 /// it has to be in memory at a time.
 struct ArchiveParts
 {
-    /// A piece of the file, in bytes.
+    /// A piece of the file.
     struct Range
     {
-        qsizetype begin;
-        qsizetype size;
+        qsizetype begin; ///< the place of its first byte
+        qsizetype size;  ///< in bytes
     };
 
     /// The document without its conversations: "sessions" is an empty array.
