@@ -12,7 +12,8 @@ from desktop import Desktop
 
 
 def main():
-    with tempfile.TemporaryDirectory(prefix="talvo-") as scratch:
+    # A desktop's service that has been ended may still be taking down a file system of its own there.
+    with tempfile.TemporaryDirectory(prefix="talvo-", ignore_cleanup_errors=True) as scratch:
         identity = certificates.create(scratch, HOST)
         namespace.furnish(scratch, HOST, identity.authority)
         with Desktop(scratch) as desktop:
