@@ -55,10 +55,11 @@ void syncFolder(const QByteArray &path)
 }
 
 /// Closes a file that has lost its name. Whoever closes it last waits until the system has freed
-/// its content, which takes as long as a part of writing it; here nobody does.
+/// its content, which takes as long as a part of writing it. Nobody does where a thread is free;
+/// else this one closes it, so that the disk has room for the next file.
 void closeInBackground(std::shared_ptr<const FileDescriptor> file)
 {
-    QThreadPool::globalInstance()->start([file = std::move(file)]() mutable { file.reset(); });
+    QThreadPool::globalInstance()->tryStart([file = std::move(file)]() mutable { file.reset(); });
 }
 
 } // namespace

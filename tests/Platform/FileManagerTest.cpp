@@ -11,6 +11,7 @@
 
 #include <csignal>
 #include <optional>
+#include <semaphore>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -285,6 +286,29 @@ TEST_F(FileManagerTest, doesNotHoldOnToReplacedContent)
     }
     QThreadPool::globalInstance()->waitForDone();
     EXPECT_EQ(openFiles(), before);
+}
+
+TEST_F(FileManagerTest, givesReplacedContentBackWhereNoThreadIsFree)
+{
+    const auto openFiles = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
+    QThreadPool &pool = *QThreadPool::globalInstance();
+    pool.waitForDone();
+    std::binary_semaphore isBegun(0);
+    std::binary_semaphore mayEnd(0);
+    const int threads = pool.maxThreadCount();
+    pool.setMaxThreadCount(1);
+    pool.start([&] {
+        isBegun.release();
+        mayEnd.acquire();
+    });
+    isBegun.acquire();
+    replace(path("file"), "eski");
+    const auto before = openFiles(); // a thread has some of its own
+    replace(path("file"), "yeni");
+    EXPECT_EQ(openFiles(), before);
+    mayEnd.release();
+    pool.waitForDone();
+    pool.setMaxThreadCount(threads);
 }
 
 #endif
