@@ -32,13 +32,6 @@ void throwUnlessParsed(simdjson::error_code outcome)
     }
 }
 
-/// How much the messages of a document of so many bytes can say: no text is longer than it is
-/// written, quotes included.
-qsizetype mostContent(qsizetype documentSize)
-{
-    return documentSize;
-}
-
 QByteArrayView withoutByteOrderMark(QByteArrayView document)
 {
     constexpr QByteArrayView byteOrderMark = "\xEF\xBB\xBF";
@@ -148,7 +141,7 @@ std::optional<ChatArchive> decodedInParts(const ReadableFile &file, qsizetype pa
         const QByteArrayView frame = withoutByteOrderMark(parts->frame);
         const auto parsed = parser.parse(frame.data(), static_cast<std::size_t>(frame.size()));
         throwUnlessParsed(parsed.error());
-        BytePool contents(mostContent(file.size()));
+        BytePool contents(file.size()); // no text is longer than it is written, quotes included
         ChatArchive archive = archiveOf(parsed.value_unsafe(), contents);
         archive.sessions = sessionsOfParts(file, *parts, contents);
         return archive;
@@ -211,7 +204,7 @@ ChatArchive decodeArchive(QByteArray document)
     document.reserve(document.size() + archiveDecodingPadding());
     dom::document parsed;
     parseWhole(withoutByteOrderMark(document), parsed);
-    BytePool contents(mostContent(document.size()));
+    BytePool contents(document.size()); // as above
     document.clear();
     return archiveOf(parsed.root(), contents);
 }

@@ -23,6 +23,7 @@ constexpr qsizetype pieceSize = 16384;
 
 /// The text is looked at in blocks, one bit of a word for each byte.
 constexpr qsizetype blockSize = 64;
+static_assert(jsonStringRoom(0) >= blockSize, "a block is copied as a whole");
 
 #ifdef __SSE2__
 

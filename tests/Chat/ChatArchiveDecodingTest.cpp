@@ -351,7 +351,7 @@ TEST(ChatArchiveDecoding, tellsThatAFileCannotBeRead)
         using InMemoryFile::InMemoryFile;
         void read(qsizetype offset, qsizetype count, QByteArray &to) const override
         {
-            if (++m_reads > 10) {
+            if (++m_reads > 5) {
                 throw PlatformError(PlatformFailure::archiveNotReadable);
             }
             InMemoryFile::read(offset, count, to);
@@ -364,18 +364,15 @@ TEST(ChatArchiveDecoding, tellsThatAFileCannotBeRead)
     private:
         mutable std::atomic<int> m_reads = 0;
     };
-    const BrokenFile file(encodeArchive(archiveOfThree()));
-    EXPECT_NO_THROW((void)decodeArchive(InMemoryFile(encodeArchive(archiveOfThree())), 1));
     try {
-        (void)decodeArchive(file, 1);
-        (void)decodeArchive(file, 1);
+        (void)decodeArchive(BrokenFile(encodeArchive(archiveOfThree())), 1);
         ADD_FAILURE();
     } catch (const PlatformError &error) {
         EXPECT_EQ(error.failure(), PlatformFailure::archiveNotReadable);
     }
 }
 
-/// A program that replaces nothing but writes over the file is not what this one does.
+/// Another program may write over the file while it is read, instead of replacing it.
 TEST(ChatArchiveDecoding, readsAFileAnewThatChangesMeanwhile)
 {
     class ChangingFile : public InMemoryFile

@@ -5,7 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
+#include <future>
+#include <memory>
 #include <semaphore>
 #include <thread>
 
@@ -92,17 +93,21 @@ TEST(BackgroundWriter, tellsAFailureOfTheLastPieceAtTheEnd)
 TEST(BackgroundWriter, waitsAtTheEndForThePieceOnItsWay)
 {
     std::atomic<bool> isBegun = false;
+    std::binary_semaphore mayEnd(0);
     bool isWritten = false;
-    {
-        BackgroundWriter writer([&](QByteArrayView) {
-            isBegun = true;
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
-            isWritten = true;
-        });
-        writer.write("yarım");
-        waitUntil(isBegun);
-    }
-    EXPECT_TRUE(isWritten);
+    auto writer = std::make_unique<BackgroundWriter>([&](QByteArrayView) {
+        isBegun = true;
+        mayEnd.acquire();
+        isWritten = true;
+    });
+    writer->write("yarım");
+    waitUntil(isBegun);
+    auto wasWritten = std::async(std::launch::async, [&] {
+        writer.reset();
+        return isWritten;
+    });
+    mayEnd.release();
+    EXPECT_TRUE(wasWritten.get());
 }
 
 TEST(BackgroundWriter, needsNothingWritten)

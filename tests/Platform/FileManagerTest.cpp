@@ -275,9 +275,14 @@ TEST_F(FileManagerTest, aReaderKeepsTheOldContent)
 
 #ifdef Q_OS_LINUX
 
+/// How many files this process has open.
+static uint openFiles()
+{
+    return QDir(QStringLiteral("/proc/self/fd")).count();
+}
+
 TEST_F(FileManagerTest, doesNotHoldOnToReplacedContent)
 {
-    const auto openFiles = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
     replace(path("file"), "eski");
     QThreadPool::globalInstance()->waitForDone();
     const auto before = openFiles();
@@ -290,7 +295,6 @@ TEST_F(FileManagerTest, doesNotHoldOnToReplacedContent)
 
 TEST_F(FileManagerTest, givesReplacedContentBackWhereNoThreadIsFree)
 {
-    const auto openFiles = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
     QThreadPool &pool = *QThreadPool::globalInstance();
     pool.waitForDone();
     std::binary_semaphore isBegun(0);
