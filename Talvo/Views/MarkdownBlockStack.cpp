@@ -4,6 +4,8 @@
 
 #include <QQmlEngine>
 
+#include <algorithm>
+#include <functional>
 #include <variant>
 
 namespace Talvo {
@@ -22,6 +24,18 @@ MarkdownText::Rank rankOfHeading(qint64 level)
 {
     using enum MarkdownText::Rank;
     return level == 1 ? title : level == 2 ? title2 : headline;
+}
+
+/// What there is to read in a view: itself, an item's text or the cells of a table.
+void forEachText(QQuickItem *view, const auto &action)
+{
+    if (auto *const text = qobject_cast<ReadOnlyText *>(view)) {
+        action(*text);
+        return;
+    }
+    const QList<QQuickItem *> children = view->childItems();
+    for (QQuickItem *const child : children)
+        forEachText(child, action);
 }
 
 } // namespace
@@ -88,6 +102,7 @@ void MarkdownBlockStack::insertViews(int first, int last)
         if (next)
             view->stackBefore(next);
         m_views.insert(row, view);
+        forEachText(view, std::mem_fn(&ReadOnlyText::deferDrawing));
     }
 }
 
@@ -98,6 +113,29 @@ void MarkdownBlockStack::removeViews(int first, int last)
         view->setParentItem(nullptr);
         view->deleteLater(); // it may be what asked for the change
     }
+}
+
+/// The views have their places by now.
+void MarkdownBlockStack::updatePolish()
+{
+    BlockStack::updatePolish();
+    drawVisibleViews();
+}
+
+void MarkdownBlockStack::setVisiblePart(qreal top, qreal bottom)
+{
+    m_visibleTop = top;
+    m_visibleBottom = bottom;
+    drawVisibleViews();
+}
+
+void MarkdownBlockStack::drawVisibleViews()
+{
+    const auto first = std::ranges::partition_point(m_views, [this](const QQuickItem *view) {
+        return view->y() + view->height() < m_visibleTop;
+    });
+    for (auto view = first; view != m_views.end() && (*view)->y() <= m_visibleBottom; ++view)
+        forEachText(*view, std::mem_fn(&ReadOnlyText::draw));
 }
 
 QQuickItem *MarkdownBlockStack::makeView(const MarkdownBlocks::Row &row)

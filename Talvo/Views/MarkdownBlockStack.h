@@ -9,6 +9,8 @@
 #include <QPointer>
 #include <QQmlComponent>
 
+#include <limits>
+
 namespace Talvo {
 
 /// A reply drawn from its Markdown text, one view below the other per block; or a very long text as
@@ -50,6 +52,11 @@ public:
     /// Makes a portion of it now; the stack has its new height afterwards.
     void grow() { m_blocks.grow(); }
 
+    /// Draws the views that reach into a part of the stack, given in its own coordinates. What has
+    /// not been in it stays undrawn until it is, however its place changes; until this is first
+    /// called, all of the stack counts as visible.
+    void setVisiblePart(qreal top, qreal bottom);
+
     /// Goes on where a text beyond all measure was cut off; does nothing when it was not.
     Q_INVOKABLE void showMore() { m_blocks.showMore(); }
 
@@ -62,8 +69,10 @@ Q_SIGNALS:
 
 protected:
     void componentComplete() override;
+    void updatePolish() override;
 
 private:
+    void drawVisibleViews();
     void insertViews(int first, int last);
     void removeViews(int first, int last);
     void rebuild();
@@ -81,6 +90,8 @@ private:
     QQmlComponent *m_divider = nullptr;
     QQmlComponent *m_more = nullptr;
     QList<QQuickItem *> m_views; ///< one for each row of the blocks
+    qreal m_visibleTop = -std::numeric_limits<qreal>::infinity();
+    qreal m_visibleBottom = std::numeric_limits<qreal>::infinity();
 };
 
 } // namespace Talvo

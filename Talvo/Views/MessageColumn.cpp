@@ -181,6 +181,7 @@ void MessageColumn::layOut()
     fill();
     discardDistantRows();
     placeItems();
+    drawVisibleParts();
     updateExtent();
     keepViewportInside();
     m_isLayingOut = false;
@@ -414,6 +415,17 @@ void MessageColumn::placeItems()
         m_footer->stackAfter(m_rows.back().item);
     } else if (m_footer) {
         m_footer->setY(m_originY + m_padding);
+    }
+}
+
+void MessageColumn::drawVisibleParts()
+{
+    const QRectF viewport(0, m_viewportY, width(), m_viewportHeight);
+    for (const Row &row : m_rows) {
+        if (row.stack) {
+            const QRectF visible = row.stack->mapRectFromItem(this, viewport);
+            row.stack->setVisiblePart(visible.top(), visible.bottom());
+        }
     }
 }
 

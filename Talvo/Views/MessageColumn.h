@@ -122,6 +122,8 @@ private:
     void discardDistantRows();
     void discardAllRows();
     void placeItems();
+    /// Has rows draw what is in view of them. Those ahead have their size, and nothing to draw yet.
+    void drawVisibleParts();
     void updateExtent();
     void keepViewportInside();
     void setIsAtEnd(bool isAtEnd);

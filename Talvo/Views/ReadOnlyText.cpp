@@ -14,6 +14,7 @@
 #include <QtQuick/private/qquickitem_p.h>
 
 #include <cmath>
+#include <utility>
 
 namespace Talvo {
 
@@ -99,6 +100,19 @@ void ReadOnlyText::copy() const
     const QString text = selectedSource();
     if (!text.isEmpty())
         QGuiApplication::clipboard()->setText(text);
+}
+
+void ReadOnlyText::draw()
+{
+    if (std::exchange(m_isDrawingDeferred, false))
+        update();
+}
+
+QSGNode *ReadOnlyText::updatePaintNode(QSGNode *old, UpdatePaintNodeData *data)
+{
+    if (m_isDrawingDeferred && !old)
+        return nullptr;
+    return QQuickTextEdit::updatePaintNode(old, data);
 }
 
 bool ReadOnlyText::event(QEvent *event)

@@ -49,6 +49,12 @@ public:
     /// QML this is what `copy` calls, in place of TextEdit's own.
     Q_INVOKABLE void copy() const;
 
+    /// Does without what the scene draws, until draw(): most of a row that is made ahead of the
+    /// user is made frames before anybody can see it. Does nothing once the text has been drawn.
+    void deferDrawing() { m_isDrawingDeferred = true; }
+    /// In the next frame the text is there.
+    void draw();
+
     bool event(QEvent *event) override;
 
 Q_SIGNALS:
@@ -56,6 +62,7 @@ Q_SIGNALS:
     void looksChanged();
 
 protected:
+    QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) override;
     /// Takes over what is to be shown, of a text that keeps its document itself.
     void setShownSource(const QString &source);
     /// The looks have other colours.
@@ -74,6 +81,7 @@ private:
     QString m_source;
     QPointer<MessageLooks> m_looks;
     QPointer<QObject> m_menu;
+    bool m_isDrawingDeferred = false;
 };
 
 } // namespace Talvo

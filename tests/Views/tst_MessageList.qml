@@ -86,6 +86,35 @@ Item {
             tryVerify(() => fixture.requestCount() === 1);
         }
 
+        /// Whether anything is written in the text of a row's bubble, between two heights of the scene.
+        function isWritten(row, top, bottom) {
+            const image = grabImage(scene);
+            const left = Math.round(bubble(row).mapToItem(scene, 0, 0).x);
+            for (let y = top; y < bottom; ++y) {
+                for (let x = left + 20; x < left + 60; ++x) {
+                    if (!Qt.colorEqual(image.pixel(x, y), image.pixel(left + 5, y)))
+                        return true;
+                }
+            }
+            return false;
+        }
+
+        function test_aReplyIsDrawnAsFarAsItIsInView() {
+            const list = make([Array(60).fill("Paragraf.").join("\n\n")]);
+            const reply = rows(list)[0];
+            tryVerify(() => Probe.find(reply, "Talvo::MarkdownText").length === 60);
+            list.height = 200;
+            list.contentY = list.startY;
+            settle(list);
+            verify(isWritten(reply, 50, 200), "in view");
+            verify(!isWritten(reply, 230, 400), "below it");
+            list.contentY += 100;
+            settle(list);
+            verify(isWritten(reply, 140, 200), "come into view");
+            list.height = 400;
+            verify(isWritten(reply, 230, 400), "in view of a taller list");
+        }
+
         function test_anEmptyConversationShowsNothingAndDoesNotScroll() {
             const list = make([]);
             compare(rows(list).length, 0);
