@@ -178,12 +178,18 @@ QJsonObject measureSidebar()
     std::vector<double> starts;
     for (int i = 0; i < 3; ++i) {
         Scene scene(archive);
-        // The window is there; what comes now is the archive's doing.
+        TestWindow &window = scene.window;
+        // The window is there; what comes now is the archive's doing, until it is first drawn.
         const double before = threadSeconds();
-        scene.window.waitUntil([&] { return !scene.window.model().isLoadingArchive(); });
-        scene.window.busyOfFrame([] {});
-        starts.push_back((threadSeconds() - before) * 1000);
-        scene.window.settle(1'000);
+        double drawn = 0;
+        QObject::connect(window.window(), &QQuickWindow::frameSwapped, window.window(), [&] {
+            if (drawn == 0 && !window.model().isLoadingArchive()) {
+                drawn = threadSeconds();
+            }
+        });
+        window.waitUntil([&] { return drawn != 0; });
+        starts.push_back((drawn - before) * 1000);
+        window.settle(1'000);
     }
     Scene scene(archive);
     TestWindow &window = scene.window;

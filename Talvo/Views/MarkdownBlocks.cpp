@@ -20,7 +20,7 @@ constexpr int patienceMilliseconds = 4;
 
 /// What is drawn at once (many a reply as a whole), and in each portion from then on; see
 /// BlockPieces::countWithin().
-constexpr qint64 portion = 20;
+constexpr qint64 portion = 12;
 constexpr int millisecondsBetweenPortions = 8;
 
 /// Before everything else that waits for a worker thread: the user is looking at this text.
