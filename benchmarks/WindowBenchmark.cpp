@@ -5,6 +5,7 @@
 // Prints the milliseconds of each measurement as JSON. Draws with the software renderer, or with
 // what QSG_RHI_BACKEND says: opengl.
 
+#include "Views/FrameDelay.h"
 #include "standins/FolderFileManager.h"
 #include "support/LocalService.h"
 #include "support/SampleData.h"
@@ -306,6 +307,7 @@ int main(int argc, char **argv)
     if (!qEnvironmentVariableIsSet("QSG_RHI_BACKEND")) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }
+    shortenFrameDelay();
     QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const QJsonObject result = measured(QCoreApplication::arguments().value(1));

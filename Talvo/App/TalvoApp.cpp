@@ -7,6 +7,7 @@
 #include "Platform/FileManager.h"
 #include "Views/AccessibleEditor.h"
 #include "Views/CursorRest.h"
+#include "Views/FrameDelay.h"
 #include "Views/KeychainHandle.h"
 
 #include <QDir>
@@ -108,6 +109,7 @@ int run(int argc, char **argv, const AppSetup &setup)
 {
     refuseCoreDumps();
     surviveFileSizeLimit();
+    shortenFrameDelay();
     avoidMuteSessionBus(sessionBusBound);
     QGuiApplication application(argc, argv);
     chooseRenderer();

@@ -95,6 +95,7 @@ void MarkdownText::takeLinks()
     if (m_links.empty())
         return;
     setActiveFocusOnTab(true);
+    setAcceptHoverEvents(true);
     connect(this, &QQuickTextEdit::linkActivated, this, &openLink);
     connect(this, &QQuickTextEdit::linkHovered, this, &MarkdownText::followHover);
 }

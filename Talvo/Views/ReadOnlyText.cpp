@@ -31,8 +31,12 @@ QQmlContext *contextOf(const QQuickItem *item)
 } // namespace
 
 ReadOnlyText::ReadOnlyText(QQuickItem *parent)
-    : QQuickTextEdit(parent)
 {
+    // Only links have a use for it, and each frame of a fling asks all that has. Before there is a
+    // parent, which else looks through its children for another one.
+    setAcceptHoverEvents(false);
+    setParent(parent);
+    setParentItem(parent);
     classBegin(); // what is set from here on is laid out once, at the end
     setReadOnly(true);
     setTextFormat(PlainText);
