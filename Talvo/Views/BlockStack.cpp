@@ -67,10 +67,12 @@ void BlockStack::layOut()
     qreal across = 0;
     const QList<QQuickItem *> children = childItems();
     for (QQuickItem *child : children) {
-        if (extent(child) <= 0)
-            continue;
-        along += along > 0 ? m_spacing : 0;
+        const bool takesPlace = extent(child) > 0;
+        along += takesPlace && along > 0 ? m_spacing : 0;
+        // The others keep their order among them all the same.
         child->setPosition(m_horizontal ? QPointF(along, 0) : QPointF(0, along));
+        if (!takesPlace)
+            continue;
         along += extent(child);
         across = std::max(across, m_horizontal ? child->height() : child->width());
     }

@@ -129,6 +129,7 @@ void MarkdownBlockStack::setVisiblePart(qreal top, qreal bottom)
     drawVisibleViews();
 }
 
+/// By bisection: a reply may have tens of thousands of views, and this is done for each frame.
 void MarkdownBlockStack::drawVisibleViews()
 {
     const auto first = std::ranges::partition_point(m_views, [this](const QQuickItem *view) {
