@@ -52,9 +52,9 @@ public:
     /// Makes a portion of it now; the stack has its new height afterwards.
     void grow() { m_blocks.grow(); }
 
-    /// Draws the views that reach into a part of the stack, given in its own coordinates. What has
-    /// not been in it stays undrawn until it is, however its place changes; until this is first
-    /// called, all of the stack counts as visible.
+    /// Draws the texts of all views that reach into a part of the stack, given in its own
+    /// coordinates. Others stay undrawn until they do; what has been drawn stays drawn. Until this
+    /// is first called, all of the stack counts as visible.
     void setVisiblePart(qreal top, qreal bottom);
 
     /// Goes on where a text beyond all measure was cut off; does nothing when it was not.

@@ -32,8 +32,8 @@ QQmlContext *contextOf(const QQuickItem *item)
 
 ReadOnlyText::ReadOnlyText(QQuickItem *parent)
 {
-    // Only links have a use for it, and each frame of a fling asks all that has. Before there is a
-    // parent, which else looks through its children for another one.
+    // Each frame of a fling delivers the pointer's place to all that accept it, and only links have
+    // a use for it. A parent would look through its children for another that accepts, so: first.
     setAcceptHoverEvents(false);
     setParent(parent);
     setParentItem(parent);
