@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Keychain/ScopedVariable.h"
 #include "Keychain/TestProcess.h"
+#include "support/ScopedVariable.h"
 
 #include <QTemporaryDir>
 

@@ -1,6 +1,6 @@
 #include "Views/FrameDelay.h"
 
-#include <QByteArray>
+#include "support/ScopedVariable.h"
 
 #include <gtest/gtest.h>
 
@@ -10,22 +10,16 @@ namespace {
 
 constexpr auto variable = "QT_QPA_UPDATE_IDLE_TIME";
 
-class FrameDelayTest : public testing::Test
+TEST(FrameDelay, isAMillisecond)
 {
-protected:
-    void SetUp() override { qunsetenv(variable); }
-    void TearDown() override { qunsetenv(variable); }
-};
-
-TEST_F(FrameDelayTest, isAMillisecond)
-{
+    const ScopedVariable unset(variable, std::nullopt);
     shortenFrameDelay();
     EXPECT_EQ(qgetenv(variable), "1");
 }
 
-TEST_F(FrameDelayTest, isWhatTheEnvironmentSays)
+TEST(FrameDelay, isWhatTheEnvironmentSays)
 {
-    qputenv(variable, "7");
+    const ScopedVariable set(variable, "7");
     shortenFrameDelay();
     EXPECT_EQ(qgetenv(variable), "7");
 }
