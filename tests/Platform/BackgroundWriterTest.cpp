@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <future>
 #include <memory>
 #include <semaphore>
@@ -106,6 +107,8 @@ TEST(BackgroundWriter, waitsAtTheEndForThePieceOnItsWay)
         writer.reset();
         return isWritten;
     });
+    // Never over before that; one that does not wait is, nearly always.
+    EXPECT_EQ(wasWritten.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     mayEnd.release();
     EXPECT_TRUE(wasWritten.get());
 }

@@ -216,6 +216,25 @@ Item {
             tryVerify(() => Probe.texts(item) === "iki|üç");
         }
 
+        function isWritten(item) {
+            const image = grabImage(item);
+            for (let x = 0; x < 40; ++x) {
+                for (let y = 0; y < item.height; ++y) {
+                    if (!Qt.colorEqual(image.pixel(x, y), image.pixel(item.width - 1, 0)))
+                        return true;
+                }
+            }
+            return false;
+        }
+
+        function test_isDrawnAsAWholeOutsideOfAList() {
+            const item = shown("Bir");
+            verify(isWritten(item));
+            item.content = "İki";
+            tryVerify(() => Probe.texts(item) === "İki");
+            verify(isWritten(item), "the new content, of the same height");
+        }
+
         function test_longReplyGrowsInPortions() {
             const item = createTemporaryObject(view, scene, {
                     "content": "a\n\n".repeat(1000)
