@@ -10,11 +10,13 @@
 #include "Views/FrameDelay.h"
 #include "Views/KeychainHandle.h"
 
+#include <QDebug>
 #include <QDir>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QNetworkProxyFactory>
-#include <QQmlApplicationEngine>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickWindow>
 #include <QScreen>
 #include <QTextLayout>
@@ -24,6 +26,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <memory>
 
 Q_IMPORT_QML_PLUGIN(Talvo_ViewsPlugin)
 
@@ -116,34 +119,39 @@ int run(int argc, char **argv, const AppSetup &setup)
     QGuiApplication::setApplicationName(QStringLiteral("talvo"));
     QGuiApplication::setApplicationDisplayName(QString());
     QGuiApplication::setDesktopFileName(QStringLiteral(TALVO_APPLICATION_ID));
-    QGuiApplication::setWindowIcon(windowIcon());
     // The window may be gone while the last save is still being written.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
     installAccessibleEditors();
+
+    RefusingNetworkFactory refuseNetwork;
+    QQmlEngine engine;
+    engine.setNetworkAccessManagerFactory(&refuseNetwork);
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    const QUrl mainWindow(QStringLiteral("qrc:/qt/qml/Talvo/Views/MainWindow.qml"));
+    // The engine's thread begins to read the views while this one makes what they show.
+    const QQmlComponent viewsAhead(&engine, mainWindow, QQmlComponent::Asynchronous);
+    const QFuture<void> fonts = warmUpFonts();
+    QGuiApplication::setWindowIcon(windowIcon());
 
     SingleInstance instance(setup.exclusiveDirectory);
     if (!instance.isFirst()) {
         return instance.raiseFirst() ? 0 : failureExitCode;
     }
 
-    const QFuture<void> fonts = warmUpFonts();
     AppServices services = setup.makeServices();
     ChatModel model(std::move(services.forModel));
     QObject::connect(&model, &ChatModel::closed, &application, &QGuiApplication::quit);
 
-    RefusingNetworkFactory refuseNetwork;
-    QQmlApplicationEngine engine;
-    engine.setNetworkAccessManagerFactory(&refuseNetwork);
-    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    engine.setInitialProperties(
+    QQmlComponent views(&engine, mainWindow);
+    const std::unique_ptr<QObject> root(views.createWithInitialProperties(
         {{QStringLiteral("model"), QVariant::fromValue(&model)},
-         {QStringLiteral("keychain"), QVariant::fromValue(KeychainHandle{services.keychain})}});
-    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Talvo/Views/MainWindow.qml")));
-    if (engine.rootObjects().isEmpty()) {
+         {QStringLiteral("keychain"), QVariant::fromValue(KeychainHandle{services.keychain})}}));
+    auto *window = qobject_cast<QQuickWindow *>(root.get());
+    if (!window) {
+        qCritical() << views.errors();
         return failureExitCode;
     }
-    auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().constFirst());
     new CursorRest(window);
     QObject::connect(window, &QWindow::visibleChanged, &model, [&model](bool isVisible) {
         if (!isVisible) {

@@ -1,22 +1,12 @@
 #pragma once
 
+#include "Keychain/FreedBy.h"
+
 #include <gio/gio.h>
 
 #include <memory>
 
 namespace Talvo {
-
-/// Frees what a C library handed over, with the library's own function.
-template <auto Function>
-struct FreedBy
-{
-    /// Called by the owning pointer.
-    template <class T>
-    void operator()(T *pointer) const noexcept
-    {
-        Function(pointer);
-    }
-};
 
 /// Owns one reference to a GObject.
 template <class T>

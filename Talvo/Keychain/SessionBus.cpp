@@ -1,15 +1,61 @@
 #include "Keychain/SessionBus.h"
 
-#include "Keychain/CancellingDeadline.h"
-#include "Keychain/GLibPointers.h"
+#include "Keychain/FreedBy.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <dbus/dbus.h>
 #include <memory>
+#include <new>
 
 namespace Talvo {
+
+namespace {
+
+using MessagePointer = std::unique_ptr<DBusMessage, FreedBy<dbus_message_unref>>;
+using CallPointer = std::unique_ptr<DBusPendingCall, FreedBy<dbus_pending_call_unref>>;
+using TextPointer = std::unique_ptr<char, FreedBy<dbus_free>>;
+
+void closeAndUnref(DBusConnection *connection)
+{
+    dbus_connection_close(connection);
+    dbus_connection_unref(connection);
+}
+
+/// A connection that nobody else in the process has.
+using BusConnection = std::unique_ptr<DBusConnection, FreedBy<closeAndUnref>>;
+
+/// What the process is told of; only where hasSessionBus().
+QByteArray sessionBusAddress()
+{
+    const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    if (!address.isEmpty()) {
+        return address;
+    }
+    const QByteArray socket = qgetenv("XDG_RUNTIME_DIR") + "/bus";
+    const TextPointer escaped(dbus_address_escape_value(socket.constData()));
+    return QByteArrayLiteral("unix:path=") + escaped.get();
+}
+
+/// The first call of every client, on its way; it waits for as long as its caller does. Null when
+/// the connection has gone already.
+CallPointer sayHello(DBusConnection *connection)
+{
+    const MessagePointer message(dbus_message_new_method_call(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS,
+                                                              DBUS_INTERFACE_DBUS, "Hello"));
+    DBusPendingCall *call = nullptr;
+    const bool isSent = message && dbus_connection_send_with_reply(connection, message.get(), &call,
+                                                                   DBUS_TIMEOUT_INFINITE) != FALSE;
+    if (!isSent) {
+        throw std::bad_alloc();
+    }
+    return CallPointer(call);
+}
+
+} // namespace
 
 bool isExistingBusAddress(const QByteArray &address)
 {
@@ -34,19 +80,22 @@ bool isSessionBusMute(std::chrono::milliseconds bound)
     if (!hasSessionBus()) {
         return false;
     }
-    const std::unique_ptr<char, FreedBy<g_free>> address(
-        g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    if (!address) {
+    const BusConnection connection(
+        dbus_connection_open_private(sessionBusAddress().constData(), nullptr));
+    if (!connection) {
         return false;
     }
-    const CancellingDeadline deadline(bound);
-    constexpr auto asClientOfABus =
-        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    // A connection of its own: the one that the process shares would stay half made.
-    const GObjectPointer<GDBusConnection> connection(g_dbus_connection_new_for_address_sync(
-        address.get(), asClientOfABus, nullptr, deadline.cancellable(), nullptr));
-    return !connection && deadline.isOver();
+    const CallPointer hello = sayHello(connection.get());
+    const QDeadlineTimer deadline(bound);
+    while (hello && dbus_connection_get_is_connected(connection.get()) != FALSE &&
+           dbus_pending_call_get_completed(hello.get()) == FALSE) {
+        if (deadline.hasExpired()) {
+            return true;
+        }
+        dbus_connection_read_write_dispatch(connection.get(),
+                                            static_cast<int>(deadline.remainingTime()));
+    }
+    return false;
 }
 
 } // namespace Talvo
