@@ -2,8 +2,10 @@
 
 #include "Views/LinkOpener.h"
 
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextLayout>
 
 namespace Talvo {
 namespace {
@@ -26,6 +28,14 @@ QString displayed(QStringView text)
             character = u'\n';
     }
     return result;
+}
+
+/// Has the glyphs that a layout finds kept for drawing; the toolkit would find them a second time,
+/// which takes as long as the first.
+void keepGlyphs(const QTextDocument &document)
+{
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
+        block.layout()->setCacheEnabled(true);
 }
 
 } // namespace
@@ -70,6 +80,7 @@ void fillDocument(QTextDocument &document, const AttributedString &text, const I
         cursor.insertText(displayed(QStringView(text.text).mid(run.start, run.length)),
                           charFormat(run, looks));
     }
+    keepGlyphs(document);
     cursor.endEditBlock();
 }
 

@@ -5,6 +5,7 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextLayout>
 #include <gtest/gtest.h>
 
 namespace Talvo {
@@ -73,6 +74,15 @@ TEST(StyledDocument, KeepsPositionsOfTheText)
     fillDocument(document, text, looks);
     EXPECT_EQ(document.toRawText(), QStringLiteral("a\u00A0b\u2029c\uFFFDd\uFFFDe"));
     EXPECT_EQ(document.characterCount() - 1, text.text.size());
+}
+
+TEST(StyledDocument, IsDrawnWithTheGlyphsOfItsLayout)
+{
+    QTextDocument document;
+    fill(document, "bir\niki");
+    ASSERT_EQ(document.blockCount(), 2);
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
+        EXPECT_TRUE(block.layout()->cacheEnabled()) << block.blockNumber();
 }
 
 TEST(StyledDocument, TakesOtherLooksInPlace)
