@@ -25,6 +25,7 @@ void BlockStack::geometryChange(const QRectF &now, const QRectF &before)
     const QList<QQuickItem *> children = childItems();
     for (QQuickItem *child : children)
         child->setWidth(now.width());
+    polish(); // the natural width may be another one, also where no height has changed
 }
 
 void BlockStack::itemChange(ItemChange change, const ItemChangeData &data)

@@ -14,7 +14,7 @@ MessageRow {
 
     isAssistant: false
     stack: pieces.item as MarkdownBlockStack
-    contentWidth: row.isLong ? (pieces.item?.naturalWidth ?? 0) : message.contentWidth
+    contentWidth: row.isLong ? (pieces.item?.naturalWidth ?? 0) : message.naturalWidth
     contentHeight: row.isLong ? pieces.height : message.height
 
     PlainMessageText {
@@ -23,7 +23,8 @@ MessageRow {
         visible: !row.isLong
         x: row.horizontalPadding
         y: row.verticalPadding
-        width: row.maximumContentWidth
+        // No wider than the bubble, at whose edge a right-to-left text stands.
+        width: Math.min(Math.ceil(message.implicitWidth), row.maximumContentWidth)
         content: row.isLong ? "" : row.content
         looks: Theme.ownMessageLooks
     }

@@ -48,6 +48,13 @@ Item {
             tryVerify(() => Probe.texts(item) === " \n ");
         }
 
+        function test_theNaturalWidthFollowsTheWidth() {
+            const item = shown("kısa\n\n---");
+            tryCompare(item, "naturalWidth", 600);
+            item.width = 650;
+            tryCompare(item, "naturalWidth", 650);
+        }
+
         function test_headingsFromTheThirdLevelLookAlike() {
             const item = shown("# 1\n## 2\n### 3\n#### 4\n##### 5\n###### 6");
             const fonts = ["1", "2", "3", "4", "5", "6"].map(text => editOf(item, text).font);

@@ -149,6 +149,31 @@ Item {
             compare(Probe.find(user, "PlainMessageText")[0].lineCount, 3);
         }
 
+        function test_theUsersTextStaysInItsBubble_data() {
+            return [{
+                    "tag": "short",
+                    "text": "Kısa."
+                }, {
+                    "tag": "long",
+                    "text": "Uzun bir söz. ".repeat(60)
+                }, {
+                    "tag": "right to left",
+                    "text": "שלום עולם"
+                }, {
+                    "tag": "long and right to left",
+                    "text": "שלום עולם ".repeat(60)
+                }];
+        }
+
+        function test_theUsersTextStaysInItsBubble(data) {
+            const list = make(["Bir", data.text]);
+            const text = Probe.find(rows(list)[1], "PlainMessageText")[0];
+            verify(text.width > 0);
+            verify(text.x + text.naturalWidth <= bubble(rows(list)[1]).width - 13, "on the right");
+            verify(text.x === 14, "on the left");
+            verify(text.contentWidth <= text.width);
+        }
+
         function test_bubbleColours() {
             const list = make(["Bir", "İki"]);
             compare(bubble(rows(list)[0]).color, Theme.bubbleBot);
