@@ -12,10 +12,6 @@ ModalPanel {
 
     title: "Sohbeti Yeniden Adlandır"
     defaultButton: saveButton
-    onOpened: {
-        titleField.forceActiveFocus();
-        titleField.selectAll();
-    }
 
     Field {
         id: titleField
@@ -25,6 +21,7 @@ ModalPanel {
         text: dialog.editedTitle
         focus: true
         onTextChanged: dialog.titleEdited(text)
+        Component.onCompleted: titleField.selectAll()
     }
 
     Item {

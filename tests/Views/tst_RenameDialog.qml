@@ -51,10 +51,14 @@ Item {
         }
 
         function test_typingReplacesTheOldTitle() {
-            const dialog = opened();
+            const dialog = createTemporaryObject(dialogComponent, scene);
+            dialog.open();
             verify(field(dialog).activeFocus);
             keyClick("Y");
             compare(dialog.editedTitle, "Y");
+            tryCompare(dialog, "opened", true);
+            keyClick("e");
+            compare(dialog.editedTitle, "Ye", "also while the panel is still fading in");
         }
 
         function test_savesOnceAndCloses_data() {
