@@ -23,6 +23,12 @@ T.ItemDelegate {
     signal rename(string newTitle)
     signal deleteRequested
 
+    /// Gives the keyboard back to the list when one of the row's buttons has it.
+    function giveFocusBack(): void {
+        renameButton.focus = false;
+        deleteButton.focus = false;
+    }
+
     implicitHeight: texts.implicitHeight + 12
     leftPadding: 10
     rightPadding: 4
@@ -51,6 +57,7 @@ T.ItemDelegate {
                 width: parent.width
                 text: row.title
                 maximumLineCount: 1
+                horizontalAlignment: Text.AlignLeft
                 elide: Text.ElideRight
             }
 

@@ -9,6 +9,10 @@ FocusScope {
 
     focus: true
 
+    function takeFocus(): void {
+        composer.takeFocus();
+    }
+
     MessageList {
         id: messageList
 
@@ -66,13 +70,5 @@ FocusScope {
         controller: chatView.model
         Accessible.role: Accessible.Notification
         Accessible.name: "Yanıt: " + announcement.text
-    }
-
-    Connections {
-        target: chatView.model
-
-        function onSelectedChatIDChanged(): void {
-            composer.takeFocus();
-        }
     }
 }

@@ -10,8 +10,8 @@ T.ComboBox {
     required property string label
     property bool opening: false
 
-    function isReturn(key: int): bool {
-        return key === Qt.Key_Return || key === Qt.Key_Enter;
+    function isReturn(event: KeyEvent): bool {
+        return (event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && !(event.modifiers & Qt.ControlModifier);
     }
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
@@ -29,11 +29,11 @@ T.ComboBox {
         control.popup.open()
     // Opens when the key goes up: the template closes an open list at that moment.
     Keys.onPressed: event => {
-        if (control.isReturn(event.key) && !control.popup.visible)
+        if (control.isReturn(event) && !control.popup.visible)
             event.accepted = control.opening = true;
     }
     Keys.onReleased: event => {
-        if (!control.opening || !control.isReturn(event.key))
+        if (!control.opening || !control.isReturn(event))
             return;
         control.opening = false;
         event.accepted = true;

@@ -15,10 +15,30 @@ FocusScope {
     required property keychainHandle keychain
     property bool isShowingSettings: false
 
+    /// Whether the right column may have the keyboard: panels, menus and the list of conversations
+    /// keep it.
+    function mayTakeFocus(): bool {
+        return !sidebar.isWalked && !KeyboardFocus.isWithin(contentView.T.Overlay.overlay);
+    }
+
     focus: true
     Component.onCompleted: contentView.model.startLoadingArchive()
 
+    Connections {
+        target: contentView.model
+
+        function onSelectedChatIDChanged(): void {
+            if (chatView.visible && contentView.mayTakeFocus())
+                chatView.takeFocus();
+        }
+    }
+
     T.SplitView {
+        id: columns
+
+        readonly property int sidebarMinimum: 220
+        readonly property int chatMinimum: 420
+
         anchors.fill: parent
         orientation: Qt.Horizontal
 
@@ -33,7 +53,11 @@ FocusScope {
         }
 
         SidebarView {
-            T.SplitView.minimumWidth: 220
+            id: sidebar
+
+            T.SplitView.minimumWidth: columns.sidebarMinimum
+            // What the user has dragged wide gives way when the window gets narrow.
+            T.SplitView.maximumWidth: Math.max(columns.sidebarMinimum, columns.width - columns.chatMinimum - 1)
             T.SplitView.preferredWidth: 250
             sessions: SessionListModel {
                 controller: contentView.model
@@ -44,6 +68,7 @@ FocusScope {
             isSaving: contentView.model.isSavingArchive
             onNewChat: contentView.model.newChat()
             onChatSelected: id => contentView.model.selectChat(id)
+            onRowChosen: chatView.takeFocus()
             onRenameChat: (id, title) => contentView.model.renameChat(id, title)
             onDeleteChat: id => contentView.model.deleteChat(id)
             onModelSelected: name => contentView.model.selectModel(name)
@@ -52,9 +77,11 @@ FocusScope {
 
         Item {
             T.SplitView.fillWidth: true
-            T.SplitView.minimumWidth: 420
+            T.SplitView.minimumWidth: columns.chatMinimum
 
             ChatView {
+                id: chatView
+
                 anchors.fill: parent
                 visible: contentView.model.hasSelection
                 model: contentView.model
@@ -63,6 +90,8 @@ FocusScope {
             Loader {
                 anchors.fill: parent
                 active: !contentView.model.hasSelection
+                onLoaded: if (contentView.mayTakeFocus())
+                    (item as EmptyChatView).forceActiveFocus()
                 sourceComponent: EmptyChatView {
                     onNewChat: contentView.model.newChat()
                 }

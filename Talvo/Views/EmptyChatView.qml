@@ -2,7 +2,7 @@ import QtQuick
 import Talvo.Views
 
 /// The right column while there is no conversation: an invitation to start one.
-Item {
+FocusScope {
     id: view
 
     signal newChat

@@ -18,14 +18,16 @@ T.Button {
     implicitWidth: 28
     implicitHeight: 28
     padding: 0
+    // A click leaves the keyboard where it is, mostly in the composer.
+    focusPolicy: Qt.TabFocus
     hoverEnabled: true
     opacity: control.enabled ? 1 : 0.4
 
     Accessible.name: control.label
     Accessible.onPressAction: if (control.enabled)
         control.clicked()
-    Keys.onReturnPressed: event => event.isAutoRepeat || control.clicked()
-    Keys.onEnterPressed: event => event.isAutoRepeat || control.clicked()
+    Keys.onReturnPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
+    Keys.onEnterPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
 
     contentItem: Item {
         Icon {

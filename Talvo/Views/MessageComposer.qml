@@ -33,6 +33,18 @@ FocusScope {
     Rectangle {
         anchors.fill: parent
         color: Theme.bar
+
+        TapHandler {
+            onTapped: composer.takeFocus()
+        }
+    }
+
+    // Wherever the keyboard is; a modal panel keeps it from what lies below.
+    Shortcut {
+        sequences: ["Ctrl+Return", "Ctrl+Enter"]
+        autoRepeat: false
+        enabled: composer.visible && composer.canSend
+        onActivated: sendButton.clicked()
     }
 
     Flickable {
@@ -73,14 +85,16 @@ FocusScope {
             Accessible.name: textArea.placeholderText
             Accessible.multiLine: true
             onTextChanged: {
-                if (textArea.text !== composer.draft)
-                    composer.draftEdited(textArea.text);
+                const text = DraftText.of(textArea.textDocument);
+                if (text !== composer.draft)
+                    composer.draftEdited(text);
                 else
                     // A text that came back is gone on with at its end.
                     textArea.cursorPosition = textArea.length;
             }
-            // A disabled item gives up the focus; it is wanted back after the send.
-            onEnabledChanged: if (textArea.enabled)
+            // A disabled item gives up the focus; it is wanted back after the send, unless somebody
+            // else has it by then.
+            onEnabledChanged: if (textArea.enabled && KeyboardFocus.isFreeFor(textArea))
                 composer.takeFocus()
             onPressed: event => {
                 if (event.button === Qt.RightButton)
@@ -106,15 +120,15 @@ FocusScope {
 
     function handleKey(event: KeyEvent): void {
         const isReturn = event.key === Qt.Key_Return || event.key === Qt.Key_Enter;
-        if (isReturn && event.modifiers & Qt.ControlModifier)
-            sendButton.clicked();
-        else if (isReturn && !(event.modifiers & Qt.ShiftModifier))
+        if (event.key === Qt.Key_Tab || event.key === Qt.Key_Backtab)
+            textArea.nextItemInFocusChain(event.key === Qt.Key_Tab).forceActiveFocus(Qt.TabFocusReason);
+        else if (isReturn && !(event.modifiers & (Qt.ShiftModifier | Qt.ControlModifier)))
             composer.send();
         else if (event.key === Qt.Key_PageUp)
             composer.pageRequested(-1);
         else if (event.key === Qt.Key_PageDown)
             composer.pageRequested(1);
-        else
+        else if (!isReturn || event.modifiers & Qt.ShiftModifier)
             return;
         event.accepted = true;
     }

@@ -22,8 +22,8 @@ T.Button {
     Accessible.name: control.text
     Accessible.onPressAction: if (control.enabled)
         control.clicked()
-    Keys.onReturnPressed: event => event.isAutoRepeat || control.clicked()
-    Keys.onEnterPressed: event => event.isAutoRepeat || control.clicked()
+    Keys.onReturnPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
+    Keys.onEnterPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
 
     contentItem: Text {
         text: control.text

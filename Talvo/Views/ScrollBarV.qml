@@ -11,7 +11,7 @@ T.ScrollBar {
     implicitWidth: control.vertical ? 12 : implicitContentWidth
     implicitHeight: control.vertical ? implicitContentHeight : 12
     padding: 3
-    minimumSize: 0.06
+    minimumSize: Math.min(1, 28 / Math.max(1, control.height))
     orientation: Qt.Vertical
     hoverEnabled: true
     visible: control.size < 1

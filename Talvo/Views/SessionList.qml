@@ -11,10 +11,14 @@ ListView {
     id: list
 
     required property SessionListModel sessions
+    /// The arrow keys walk: the keyboard is neither elsewhere nor with a row's button.
+    readonly property bool hasKeys: list.activeFocus && (Window.activeFocusItem === list || Window.activeFocusItem === list.currentItem)
 
     signal chatSelected(var id)
     signal renameChat(var id, string title)
     signal deleteChat(var id)
+    /// A row was clicked, in contrast to walked over.
+    signal rowChosen
 
     function selectRow(row: int): void {
         if (row >= 0 && row < list.count)
@@ -24,6 +28,9 @@ ListView {
     model: list.sessions
     currentIndex: list.sessions.selectedRow
     activeFocusOnTab: true
+    // Room for the mark of the focus around the first row and the last.
+    topMargin: 2
+    bottomMargin: 2
     boundsBehavior: Flickable.StopAtBounds
     keyNavigationEnabled: false
     highlightFollowsCurrentItem: true
@@ -53,14 +60,18 @@ ListView {
 
         x: Theme.gap
         width: list.width - 2 * Theme.gap
-        showsFocus: list.activeFocus && isSelected
+        showsFocus: list.hasKeys && isSelected
         // What waits to be used again is no row of the list, to assistive technology either.
         ListView.onPooled: {
+            giveFocusBack();
             isRenaming = false;
             visible = false;
         }
         ListView.onReused: visible = true
-        onChosen: list.chatSelected(sessionId)
+        onChosen: {
+            list.chatSelected(sessionId);
+            list.rowChosen();
+        }
         onRename: newTitle => list.renameChat(sessionId, newTitle)
         onDeleteRequested: list.deleteChat(sessionId)
     }

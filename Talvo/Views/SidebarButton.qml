@@ -16,14 +16,16 @@ T.Button {
     bottomPadding: 5
     spacing: 9
     font: Theme.body
+    // A click leaves the keyboard where it is, mostly in the composer.
+    focusPolicy: Qt.TabFocus
     hoverEnabled: true
     opacity: control.enabled ? 1 : 0.45
 
     Accessible.name: control.text
     Accessible.onPressAction: if (control.enabled)
         control.clicked()
-    Keys.onReturnPressed: event => event.isAutoRepeat || control.clicked()
-    Keys.onEnterPressed: event => event.isAutoRepeat || control.clicked()
+    Keys.onReturnPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
+    Keys.onEnterPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
 
     contentItem: IconLabel {
         iconName: control.iconName

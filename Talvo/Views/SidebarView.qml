@@ -9,11 +9,15 @@ FocusScope {
     required property string selectedModel
     /// The model identifiers on offer, a list of strings.
     required property var models
+    /// The keyboard is in the list of conversations.
+    readonly property bool isWalked: list.activeFocus
     property bool isLoading: false
     property bool isSaving: false
 
     signal newChat
     signal chatSelected(var id)
+    /// A conversation was clicked, in contrast to walked over with the keys.
+    signal rowChosen
     signal renameChat(var id, string title)
     signal deleteChat(var id)
     signal modelSelected(string name)
@@ -59,13 +63,13 @@ FocusScope {
         id: list
 
         anchors.top: newChatButton.bottom
-        anchors.topMargin: 2
         anchors.bottom: modelLabel.top
         anchors.bottomMargin: Theme.gap
         width: sidebar.width
         focus: true
         sessions: sidebar.sessions
         onChatSelected: id => sidebar.chatSelected(id)
+        onRowChosen: sidebar.rowChosen()
         onRenameChat: (id, title) => sidebar.renameChat(id, title)
         onDeleteChat: id => sidebar.deleteChat(id)
     }

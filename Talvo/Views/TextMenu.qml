@@ -15,6 +15,10 @@ T.Menu {
         menu.popup();
     }
 
+    // A window's menus give the keyboard back to nobody.
+    onClosed: if (KeyboardFocus.isFreeFor(menu.target))
+        menu.target.forceActiveFocus(Qt.PopupFocusReason)
+
     implicitWidth: 190
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     padding: 5

@@ -69,6 +69,20 @@ Item {
                 }];
         }
 
+        function test_controlReturnIsSomebodyElses_data() {
+            return all();
+        }
+
+        function test_controlReturnIsSomebodyElses(data) {
+            const button = make(data.component);
+            button.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Return, Qt.ControlModifier);
+            keyClick(Qt.Key_Enter, Qt.ControlModifier);
+            compare(clicks.count, 0);
+            keyClick(Qt.Key_Return);
+            compare(clicks.count, 1);
+        }
+
         function test_isNamedByItsText_data() {
             return all();
         }

@@ -213,6 +213,129 @@ Item {
             miss("SecretField", "gsk_…");
         }
 
+        function area(content) {
+            return Probe.find(content, "QQuickTextArea")[0];
+        }
+
+        function loaded(count) {
+            const content = make();
+            for (let number = 1; number < count; ++number)
+                fixture.model.newChat();
+            Probe.find(content, "SessionList")[0].forceLayout();
+            tryVerify(() => area(content).activeFocus);
+            return content;
+        }
+
+        function test_theEndOfASendLeavesAPanelTheKeyboard() {
+            const content = loaded(1);
+            fixture.storeKey("gsk_deneme");
+            fixture.model.draft = "Soru";
+            fixture.model.startSending();
+            tryVerify(() => fixture.requestCount() === 1);
+            content.isShowingSettings = true;
+            const field = see("SecretField", "gsk_…");
+            tryVerify(() => field.activeFocus);
+            fixture.refuse(0, 500, "Olmadı.");
+            see("PushButton", "Tamam");
+            tryVerify(() => inWindow("PushButton", "Tamam").activeFocus);
+            keyClick(Qt.Key_Return);
+            miss("PushButton", "Tamam");
+            tryVerify(() => field.activeFocus);
+            keyClick(Qt.Key_Escape);
+            tryVerify(() => area(content).activeFocus);
+        }
+
+        function test_aSelectionLeavesAPanelTheKeyboard() {
+            const content = loaded(2);
+            content.isShowingSettings = true;
+            const field = see("SecretField", "gsk_…");
+            tryVerify(() => field.activeFocus);
+            fixture.model.selectChat(fixture.idAt(1));
+            verify(field.activeFocus);
+        }
+
+        function test_controlReturnSendsNothingBelowAPanel() {
+            const content = loaded(1);
+            fixture.storeKey("gsk_deneme");
+            fixture.model.draft = "Soru";
+            content.isShowingSettings = true;
+            const field = see("SecretField", "gsk_…");
+            tryVerify(() => field.activeFocus);
+            keyClick(Qt.Key_Return, Qt.ControlModifier);
+            wait(0);
+            compare(fixture.model.draft, "Soru");
+            compare(fixture.requestCount(), 0);
+        }
+
+        function test_selectingAChatFocusesTheComposer() {
+            const content = loaded(3);
+            Probe.find(content, "SessionList")[0].forceActiveFocus();
+            mouseClick(rows(content)[2], 20, 20);
+            tryVerify(() => rows(content)[2].isSelected);
+            verify(area(content).activeFocus);
+        }
+
+        function test_theArrowKeysGoOnWalking() {
+            const content = loaded(3);
+            Probe.find(content, "SessionList")[0].forceActiveFocus();
+            keyClick(Qt.Key_Down);
+            keyClick(Qt.Key_Down);
+            verify(rows(content)[2].isSelected);
+        }
+
+        function test_aClickOnAButtonLeavesTheKeyboardInTheComposer() {
+            const content = loaded(40);
+            const bin = Probe.find(rows(content)[1], "IconButton")[1];
+            mouseClick(bin);
+            tryVerify(() => fixture.titles().length === 39);
+            verify(area(content).activeFocus);
+            keyClick(Qt.Key_Space);
+            keyClick(Qt.Key_Return);
+            compare(fixture.titles().length, 39);
+            mouseClick(see("SidebarButton", "API Ayarları"));
+            const field = see("SecretField", "gsk_…");
+            tryVerify(() => field.activeFocus);
+            keyClick(Qt.Key_Escape);
+            tryVerify(() => area(content).activeFocus);
+        }
+
+        function test_aRowThatGoesLeavesTheListTheKeyboard() {
+            const content = loaded(40);
+            const bin = Probe.find(rows(content)[1], "IconButton")[1];
+            bin.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Space);
+            tryVerify(() => fixture.titles().length === 39);
+            const list = Probe.find(content, "SessionList")[0];
+            list.forceLayout();
+            tryVerify(() => list.activeFocus && !bin.activeFocus);
+            keyClick(Qt.Key_Space);
+            compare(fixture.titles().length, 39);
+        }
+
+        function test_theLastDeletionLeavesTheButtonTheKeyboard() {
+            const content = loaded(1);
+            fixture.model.deleteChat(fixture.idAt(0));
+            tryVerify(() => Probe.find(content, "EmptyChatView").length === 1);
+            tryVerify(() => Probe.find(Probe.find(content, "EmptyChatView")[0], "PushButton")[0].activeFocus);
+            keyClick(Qt.Key_Return);
+            tryVerify(() => fixture.titles().length === 1);
+            tryVerify(() => area(content).activeFocus);
+        }
+
+        function test_aWideSidebarGivesWayToTheChat() {
+            const content = make();
+            const sidebar = Probe.find(content, "SidebarView")[0];
+            mousePress(content, 250, 400);
+            mouseMove(content, 300, 400);
+            mouseMove(content, 700, 400);
+            mouseRelease(content, 700, 400);
+            compare(sidebar.width, 980 - 420 - 1);
+            content.anchors.fill = null;
+            content.width = 760;
+            tryVerify(() => sidebar.width === 760 - 420 - 1);
+            compare(Probe.find(content, "ChatView")[0].width, 420);
+        }
+
         function test_theSidebarsWidth() {
             const content = make();
             const sidebar = Probe.find(content, "SidebarView")[0];

@@ -91,6 +91,7 @@ Item {
             tryVerify(() => entry("Yapıştır").y > entry("Kes").y, 1000, "the menu is laid out");
             mouseClick(entry("Yapıştır"));
             compare(item.text, "üç iki");
+            tryVerify(() => item.activeFocus);
         }
     }
 }

@@ -29,6 +29,14 @@ Item {
         }
     }
 
+    TextInput {
+        id: elsewhere
+
+        width: 100
+        height: 20
+        activeFocusOnTab: true
+    }
+
     TestCase {
         name: "MessageComposer"
         when: windowShown
@@ -145,6 +153,64 @@ Item {
             compare(composer.sends, 2 * data.sends);
             Probe.press(button(composer));
             compare(composer.sends, 3 * data.sends);
+        }
+
+        function test_controlReturnSendsFromElsewhere_data() {
+            return [{
+                    "tag": "something to send",
+                    "draft": "Merhaba",
+                    "sends": 1
+                }, {
+                    "tag": "nothing to send",
+                    "draft": " ",
+                    "sends": 0
+                }];
+        }
+
+        function test_controlReturnSendsFromElsewhere(data) {
+            const composer = make(data.draft);
+            elsewhere.forceActiveFocus();
+            keyClick(Qt.Key_Return, Qt.ControlModifier);
+            compare(composer.sends, data.sends);
+            keyClick(Qt.Key_Enter, Qt.ControlModifier);
+            compare(composer.sends, 2 * data.sends);
+            compare(composer.draft, data.draft);
+        }
+
+        function test_theEndOfASendTakesTheFocusFromNobody() {
+            const composer = make("taslak");
+            composer.isSending = true;
+            elsewhere.forceActiveFocus();
+            composer.isSending = false;
+            verify(elsewhere.activeFocus);
+        }
+
+        function test_tabMovesTheFocus() {
+            const composer = make("taslak");
+            keyClick(Qt.Key_Tab);
+            verify(button(composer).activeFocus);
+            keyClick(Qt.Key_Backtab);
+            verify(area(composer).activeFocus);
+            composer.draft = "";
+            keyClick(Qt.Key_Tab);
+            verify(!area(composer).activeFocus, "past a button that is disabled");
+            compare(composer.draft, "");
+        }
+
+        function test_blanksStayWhatTheyAre() {
+            const composer = make("");
+            const text = "1\u00a0000\u202f₺\u2009x";
+            area(composer).insert(0, text);
+            compare(composer.draft, text);
+            keyClick("y");
+            compare(composer.draft, text + "y");
+        }
+
+        function test_aClickBesideTheTextIsMeantForIt() {
+            const composer = make("");
+            elsewhere.forceActiveFocus();
+            mouseClick(composer, 8, 4);
+            verify(area(composer).activeFocus);
         }
 
         function test_isLockedDuringASend() {
