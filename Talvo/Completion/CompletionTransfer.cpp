@@ -21,7 +21,7 @@ constexpr std::chrono::milliseconds heldBackInterval{200};
 /// Statuses that come without a body, whatever Content-Length says (RFC 9110).
 bool hasNoBody(int status)
 {
-    return status == 204 || status == 304;
+    return (status >= 100 && status < 200) || status == 204 || status == 304;
 }
 
 /// The declared size of the body; absent when nothing sensible is declared.

@@ -160,6 +160,24 @@ TEST(GroqClientTransfer, takesAnInterimStatusThatIsHandedOnForAnError)
     }
 }
 
+TEST(GroqClientTransfer, expectsNoBodyOfAStatusThatHasNone)
+{
+    for (const int status : {101, 103, 199, 204, 304}) {
+        SCOPED_TRACE(status);
+        const LoopbackService service(
+            {ScriptedAnswer::http(status, R"({"error":{"message":"x"}})").then(End::close)});
+        const CallEnd end = ClientCall(service).end();
+        if (status == 204) {
+            EXPECT_EQ(end.failure, PlatformFailure::replyNotDecodable);
+            continue;
+        }
+        EXPECT_EQ(end.groqCase, Case::api) << qPrintable(end.description);
+        EXPECT_EQ(end.statusCode, status);
+        EXPECT_EQ(end.description,
+                  QStringLiteral("Groq isteği başarısız oldu (HTTP %1).").arg(status));
+    }
+}
+
 TEST(GroqClientTransfer, readsBodiesHoweverTheyAreCut)
 {
     const QByteArray body = successBody("ğüş 👩‍👩‍👧‍👦 çay");
