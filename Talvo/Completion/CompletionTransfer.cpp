@@ -87,20 +87,33 @@ CompletionTransfer::~CompletionTransfer()
 }
 
 /// An answer whose head has no end, and the body of a 401 or 407, stay with the library until they
-/// are whole: nothing of them is counted by collect(), and they would fill the memory.
+/// are whole: nothing of them is counted by collect(), they would fill the memory, and however
+/// steadily they grow no signal tells of it.
 void CompletionTransfer::watchWhatIsHeldBack()
 {
     m_heldBackTimer.setInterval(heldBackInterval);
-    connect(&m_heldBackTimer, &QTimer::timeout, this, &CompletionTransfer::checkHeldBackSize);
+    connect(&m_heldBackTimer, &QTimer::timeout, this, &CompletionTransfer::checkWhatIsHeldBack);
     connect(m_reply, &QNetworkReply::metaDataChanged, &m_heldBackTimer, &QTimer::stop);
     connect(m_reply, &QNetworkReply::finished, &m_heldBackTimer, &QTimer::stop);
     m_heldBackTimer.start();
 }
 
-void CompletionTransfer::checkHeldBackSize()
+void CompletionTransfer::checkWhatIsHeldBack()
 {
-    if (m_connections.mostReceived() > quint64{maximumBodySize}) {
+    const quint64 received = m_connections.mostReceived();
+    if (received > quint64{maximumBodySize}) {
         stop(PlatformFailure::replyTooLarge);
+        return;
+    }
+    if (std::exchange(m_received, received) < received) {
+        restartIdleTimer();
+    }
+}
+
+void CompletionTransfer::restartIdleTimer()
+{
+    if (!m_reply->isFinished()) {
+        m_idleTimer.start();
     }
 }
 
@@ -109,16 +122,11 @@ void CompletionTransfer::watchForSilence(std::chrono::milliseconds idleTimeout)
     m_idleTimer.setSingleShot(true);
     m_idleTimer.setInterval(idleTimeout);
     connect(&m_idleTimer, &QTimer::timeout, this, [this] { stop(PlatformFailure::timedOut); });
-    const auto restart = [this] {
-        if (!m_reply->isFinished()) {
-            m_idleTimer.start();
-        }
-    };
-    connect(m_reply, &QNetworkReply::encrypted, this, restart);
-    connect(m_reply, &QNetworkReply::requestSent, this, restart);
-    connect(m_reply, &QNetworkReply::uploadProgress, this, restart);
-    connect(m_reply, &QNetworkReply::metaDataChanged, this, restart);
-    connect(m_reply, &QNetworkReply::readyRead, this, restart);
+    connect(m_reply, &QNetworkReply::encrypted, this, &CompletionTransfer::restartIdleTimer);
+    connect(m_reply, &QNetworkReply::requestSent, this, &CompletionTransfer::restartIdleTimer);
+    connect(m_reply, &QNetworkReply::uploadProgress, this, &CompletionTransfer::restartIdleTimer);
+    connect(m_reply, &QNetworkReply::metaDataChanged, this, &CompletionTransfer::restartIdleTimer);
+    connect(m_reply, &QNetworkReply::readyRead, this, &CompletionTransfer::restartIdleTimer);
     connect(m_reply, &QNetworkReply::finished, &m_idleTimer, &QTimer::stop);
     m_idleTimer.start();
 }

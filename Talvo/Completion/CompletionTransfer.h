@@ -75,7 +75,8 @@ private:
 
     void watchForSilence(std::chrono::milliseconds idleTimeout);
     void watchWhatIsHeldBack();
-    void checkHeldBackSize();
+    void checkWhatIsHeldBack();
+    void restartIdleTimer();
     void checkDeclaredSize();
     void collect();
     void stop(PlatformFailure failure);
@@ -85,6 +86,7 @@ private:
     QTimer m_idleTimer;
     NewConnections m_connections;
     QTimer m_heldBackTimer; ///< runs until the head of the answer is handed on
+    quint64 m_received = 0; ///< as m_connections told last
     QByteArray m_body;
     TransferStage m_stage = TransferStage::connecting;
     /// Why this object itself ended the transfer; the reply says "cancelled" in each case.

@@ -388,6 +388,50 @@ TEST(GroqClientTransfer, doesNotTimeOutWhileBytesArrive)
     EXPECT_EQ(end.reply, QByteArray(40, 'x')) << qPrintable(end.description);
 }
 
+#ifdef Q_OS_LINUX
+
+TEST(GroqClientTransfer, doesNotTimeOutWhileTheLibraryHoldsBackWhatArrives)
+{
+    // As above, in a head and in a body that the library keeps until they are whole. The service's
+    // own connection is one of this process too: more has to come than it has received.
+    const QByteArray burst(10'000, 'x');
+    const QByteArray drips(400, 'x');
+    const QByteArray success = successBody("x");
+    const QByteArray length = QByteArray::number(success.size());
+    const ScriptedAnswer slowHead =
+        ScriptedAnswer()
+            .sending("HTTP/1.1 200 OK\r\nX-Filler: " + burst)
+            .dripping(drips, 10, 40ms)
+            .sending("\r\nContent-Length: " + length + "\r\n\r\n" + success);
+    const QByteArray refusal = R"({"error":{"message":")" + burst + drips + R"("}})";
+    const ScriptedAnswer slowRefusal =
+        ScriptedAnswer::head(401, {{"WWW-Authenticate", "Basic realm=\"x\""},
+                                   {"Content-Length", QByteArray::number(refusal.size())}})
+            .sending(refusal.chopped(drips.size()))
+            .dripping(refusal.last(drips.size()), 10, 40ms);
+    EXPECT_EQ(ClientCall(LoopbackService({slowHead}), 800ms).end().reply, "x");
+    EXPECT_EQ(ClientCall(LoopbackService({slowRefusal}), 800ms).end().description,
+              QString::fromUtf8(burst + drips));
+}
+
+TEST(GroqClientTransfer, timesOutWhenWhatTheLibraryHoldsBackGrowsNoMore)
+{
+    const std::pair<const char *, ScriptedAnswer> answers[] = {
+        {"halfAHead", ScriptedAnswer().sending("HTTP/1.1 200 OK\r\nContent-").then(End::hang)},
+        {"halfARefusal", ScriptedAnswer::head(401, {{"WWW-Authenticate", "Basic realm=\"x\""},
+                                                    {"Content-Length", "100"}})
+                             .sending("{")
+                             .then(End::hang)},
+    };
+    for (const auto &[name, answer] : answers) {
+        SCOPED_TRACE(name);
+        const LoopbackService service({answer});
+        EXPECT_EQ(ClientCall(service, 500ms).end().failure, PlatformFailure::timedOut);
+    }
+}
+
+#endif
+
 TEST(GroqClientTransfer, namesAnAddressWhereNothingListens)
 {
     QTcpServer server;
