@@ -2,8 +2,8 @@
 
 #include "Chat/ArchiveParts.h"
 #include "Chat/ArchiveRecords.h"
-#include "Chat/BigIntegers.h"
 #include "Platform/BytePool.h"
+#include "Platform/JsonNumbers.h"
 #include "Platform/PlatformError.h"
 
 #include <QThread>

@@ -12,7 +12,8 @@ namespace Talvo {
 /// its UTF-8 included, so that what it holds can be used as it is.
 ///
 /// A leading byte-order mark is skipped. Nesting deeper than `maximumDepth` is no JSON here, which
-/// bounds the stack and the work for a hostile body. Values stay valid as long as this object.
+/// bounds the stack and the work for a hostile body. Numbers are not for reading: beside one that
+/// the parser cannot hold, all of them are 0. Values stay valid as long as this object.
 class JsonBody
 {
 public:
@@ -26,6 +27,8 @@ public:
     [[nodiscard]] const std::optional<simdjson::dom::element> &root() const { return m_root; }
 
 private:
+    simdjson::error_code parse(QByteArray &body, qsizetype start);
+
     simdjson::dom::parser m_parser;
     std::optional<simdjson::dom::element> m_root;
 };

@@ -1,10 +1,10 @@
-#include "Chat/BigIntegers.h"
+#include "Platform/JsonNumbers.h"
 
 #include <gtest/gtest.h>
 
 using namespace Talvo;
 
-TEST(BigIntegers, getAnExponentFrom19DigitsOn)
+TEST(JsonNumbers, bigIntegersGetAnExponentFrom19DigitsOn)
 {
     struct Case
     {
@@ -28,5 +28,31 @@ TEST(BigIntegers, getAnExponentFrom19DigitsOn)
     };
     for (const auto &[json, expected] : cases) {
         EXPECT_EQ(withBigIntegersAsDoubles(json), expected);
+    }
+}
+
+TEST(JsonNumbers, becomeZero)
+{
+    struct Case
+    {
+        QByteArray json;
+        QByteArray expected;
+    };
+    const Case cases[] = {
+        {"", ""},
+        {"0", "0"},
+        {"-0", "0"},
+        {"7", "0"},
+        {"[-12,3.25,1e400]", "[0,0,0]"},
+        {"[-0.5E-7,10e+2,0e0]", "[0,0,0]"},
+        {R"({"1":"2\"3","a":4})", R"({"1":"2\"3","a":0})"},
+        {R"("12)", R"("12)"},
+        // no numbers
+        {"[-,01,-01,1.,1e,1e+,1.e5]", "[-,01,-01,1.,1e,1e+,1.e5]"},
+        {"[1-2,1.2.3,1e5e5,--1]", "[1-2,1.2.3,1e5e5,--1]"},
+        {"[+1,.5,0x10,1a]", "[+0,.0,0x0,0a]"},
+    };
+    for (const auto &[json, expected] : cases) {
+        EXPECT_EQ(withNumbersAsZero(json), expected);
     }
 }
