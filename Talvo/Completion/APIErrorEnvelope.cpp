@@ -1,6 +1,7 @@
 #include "Completion/APIErrorEnvelope.h"
 
 #include "Completion/JsonBody.h"
+#include "Platform/Text.h"
 
 namespace Talvo {
 
@@ -19,7 +20,7 @@ std::optional<APIErrorEnvelope> APIErrorEnvelope::decoded(const QByteArray &body
     if (!text) {
         return std::nullopt;
     }
-    return APIErrorEnvelope{{QString::fromUtf8(*text)}};
+    return APIErrorEnvelope{{textFromUtf8(*text)}};
 }
 
 } // namespace Talvo

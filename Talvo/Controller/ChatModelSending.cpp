@@ -173,7 +173,7 @@ QCoro::Task<> ChatModel::generateTitleIfNeeded(QUuid sessionID, ChatMessageList 
     if (!self || m_isClosing) {
         co_return;
     }
-    const QString cleaned = cleanTitle(QString::fromUtf8(reply));
+    const QString cleaned = cleanTitle(textFromUtf8(reply));
     // The user may have renamed or lost the conversation meanwhile: that choice stands.
     if (cleaned.isEmpty() || !hasDefaultTitle()) {
         co_return;
@@ -204,8 +204,8 @@ QCoro::Task<> ChatModel::updateMemory(ChatMessage userMessage, ChatMessage assis
     if (!self || m_isClosing) {
         co_return;
     }
-    const QString text = trimmedOfWhitespaceAndNewlines(QString::fromUtf8(reply)).toString();
-    setMemory(text == Prompts::emptyMemoryMarker() ? QString() : text);
+    const QString text = trimmedOfWhitespaceAndNewlines(textFromUtf8(reply)).toString();
+    setMemory(isCanonicallyEqual(text, Prompts::emptyMemoryMarker()) ? QString() : text);
     co_await saveArchive();
 }
 
@@ -225,7 +225,7 @@ QCoro::Task<> ChatModel::appendAndSave(const ChatMessage &message, const QUuid &
     if (m_selectedChatID == sessionID) {
         Q_EMIT selectedMessagesChanged();
         if (message.role == ChatMessage::Role::assistant) {
-            Q_EMIT replyArrived(QString::fromUtf8(message.content));
+            Q_EMIT replyArrived(textFromUtf8(message.content));
         }
     }
     return saving;

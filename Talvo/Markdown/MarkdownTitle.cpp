@@ -1,6 +1,7 @@
 #include "Markdown/MarkdownTitle.h"
 
 #include "Markdown/CmarkDocument.h"
+#include "Platform/Text.h"
 
 #include <cmark-gfm.h>
 
@@ -55,7 +56,7 @@ std::optional<QString> visibleMarkdownText(QStringView text)
         if (isBlankDue && !visible.isEmpty()) {
             visible += u' ';
         }
-        visible += QString::fromUtf8(cmark_node_get_literal(node));
+        visible += textFromUtf8(cmark_node_get_literal(node));
         isBlankDue = type == CMARK_NODE_CODE_BLOCK;
     }
     cmark_iter_free(iterator);

@@ -85,7 +85,7 @@ bool isBlankUtf8(QByteArrayView utf8)
     }
     const auto rest = utf8.sliced(firstOther - utf8.begin());
     return static_cast<unsigned char>(rest.front()) >= 0x80 &&
-           trimmedOfWhitespaceAndNewlines(QString::fromUtf8(rest)).isEmpty();
+           trimmedOfWhitespaceAndNewlines(textFromUtf8(rest)).isEmpty();
 }
 
 QString firstCharacters(const QString &text, int count)

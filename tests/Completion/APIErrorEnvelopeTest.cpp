@@ -26,6 +26,7 @@ const ErrorBody errorBodies[] = {
     {"numberAboveTheLargestDouble", R"({"error":{"message":"a","code":1e400}})",
      QStringLiteral("a")},
     {"byteOrderMark", "\xEF\xBB\xBF{\"error\":{\"message\":\"a\"}}", QStringLiteral("a")},
+    {"byteOrderMarkInTheMessage", R"({"error":{"message":"\ufeffa"}})", QStringLiteral("\uFEFFa")},
     {"empty", "", std::nullopt},
     {"html", "<html>", std::nullopt},
     {"noError", R"({"message":"a"})", std::nullopt},

@@ -91,6 +91,7 @@ const TitleReply titleReplies[] = {
     {"boldHeading", QStringLiteral("# **Başlık**"), QStringLiteral("Başlık")},
     {"severalLines", QStringLiteral("Bir\nİki\nÜç"), QStringLiteral("Bir İki Üç")},
     {"eightyCharacters", QString(80, u'a'), QString(60, u'a')},
+    {"byteOrderMarks", QStringLiteral("\uFEFF\uFEFFBaşlık"), QStringLiteral("\uFEFFBaşlık")},
     {"onlyAsterisks", QStringLiteral("** **"), QStringLiteral("Yeni Sohbet")},
 };
 INSTANTIATE_TEST_SUITE_P(Replies, AutomaticTitle, testing::ValuesIn(titleReplies),
@@ -171,8 +172,19 @@ TEST_F(ChatModelFollowUps, theMarkerEmptiesTheMemory)
     exchange(std::nullopt, QStringLiteral("- bilgi"));
     exchange(std::nullopt, QStringLiteral(" \n(boş)\n "));
     EXPECT_TRUE(model->memory().isEmpty());
+    exchange(std::nullopt, QStringLiteral("- bilgi"));
+    exchange(std::nullopt, QStringLiteral("(bos\u0327)"));
+    EXPECT_TRUE(model->memory().isEmpty());
     exchange(std::nullopt, QStringLiteral("(boş)."));
     EXPECT_EQ(model->memory(), QStringLiteral("(boş)."));
+}
+
+TEST_F(ChatModelFollowUps, aMemoryKeepsEveryCharacter)
+{
+    exchange(std::nullopt, QStringLiteral("\uFEFF- bilgi"));
+    EXPECT_EQ(model->memory(), QStringLiteral("\uFEFF- bilgi"));
+    exchange(std::nullopt, QStringLiteral("\uFEFF(boş)"));
+    EXPECT_EQ(model->memory(), QStringLiteral("\uFEFF(boş)"));
 }
 
 TEST_F(ChatModelFollowUps, anUnchangedMemoryIsSavedAllTheSame)

@@ -65,6 +65,15 @@ TEST_F(ChatModelSending, goesThroughItsPhasesInOrder)
     EXPECT_EQ(network->count(), 3U);
 }
 
+TEST_F(ChatModelSending, announcesTheReplyWithEveryCharacter)
+{
+    const QSignalSpy replies(model.get(), &ChatModel::replyArrived);
+    beginSend(QStringLiteral("soru"));
+    answer(request(0), QStringLiteral("\uFEFFyanıt"));
+    ASSERT_TRUE(waitUntil([&] { return replies.size() == 1; }));
+    EXPECT_EQ(replies[0][0].toString(), QStringLiteral("\uFEFFyanıt"));
+}
+
 TEST_F(ChatModelSending, theFirstRequestHoldsPromptGreetingAndMessage)
 {
     beginSend(QStringLiteral("Nasılsın?"));

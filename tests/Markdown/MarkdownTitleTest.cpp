@@ -36,6 +36,7 @@ TEST(MarkdownTitle, visibleCharacters)
              {"unclosed markers stay", QStringLiteral("**a"), QStringLiteral("**a")},
              {"four blanks make code", QStringLiteral("    a *b*"), QStringLiteral("a *b*\n")},
              {"fence", QStringLiteral("```\ra\r```\rb"), QStringLiteral("a\n b")},
+             {"byte-order mark", QStringLiteral("*a*\uFEFFb"), QStringLiteral("a\uFEFFb")},
              {"NUL", QStringLiteral("a") + QChar(0) + u'b', QStringLiteral("a\uFFFDb")},
          }) {
         const auto visible = visibleMarkdownText(row.input);

@@ -35,6 +35,8 @@ TEST(Text, blankUtf8)
     EXPECT_TRUE(isBlankUtf8(" \n\t\xC2\xA0\xE2\x80\xA8"));
     EXPECT_FALSE(isBlankUtf8(" x "));
     EXPECT_FALSE(isBlankUtf8("\xE2\x80\x8B")); // zero width space is no white space
+    EXPECT_FALSE(isBlankUtf8("\xEF\xBB\xBF")); // nor is this one, wherever it stands
+    EXPECT_FALSE(isBlankUtf8("\n\xEF\xBB\xBF "));
 }
 
 TEST(Text, firstCharactersNeverCutsACluster)
