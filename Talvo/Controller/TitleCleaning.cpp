@@ -1,5 +1,6 @@
 #include "Controller/TitleCleaning.h"
 
+#include "Markdown/GraphemeMarkers.h"
 #include "Markdown/MarkdownTitle.h"
 #include "Platform/Text.h"
 
@@ -9,6 +10,21 @@ namespace {
 
 constexpr QStringView markupCharacters = u"#*_`~";
 constexpr QStringView edgeCharacters = u"\"\u201C\u201D' ";
+
+/// A markup character that carries a mark, as in the emoji "#️⃣", is another character and
+/// stays.
+QString withoutMarkup(const QString &text)
+{
+    QString result;
+    result.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (!markupCharacters.contains(c) || !isCharacterAt(text, i, c.unicode())) {
+            result += c;
+        }
+    }
+    return result;
+}
 
 QString withSingleSpaces(const QString &text)
 {
@@ -50,9 +66,8 @@ QString cleanTitle(const QString &title)
 {
     QString line = title;
     line.replace(u'\n', u' ');
-    QString visible = visibleMarkdownText(line).value_or(line);
-    visible.removeIf([](QChar c) { return markupCharacters.contains(c); });
-    return withoutEdges(withSingleSpaces(visible));
+    const QString visible = visibleMarkdownText(line).value_or(line);
+    return withoutEdges(withSingleSpaces(withoutMarkup(visible)));
 }
 
 QString storedTitle(const QString &cleanedTitle)

@@ -37,6 +37,11 @@ const TitleCase titleCases[] = {
     {"onlyAsterisks", QStringLiteral("** **"), QString()},
     {"onlyBlanks", QStringLiteral("  \t "), QString()},
     {"empty", QString(), QString()},
+    {"keycapsStay", QStringLiteral("#️⃣ Etiket *️⃣"),
+     QStringLiteral("#️⃣ Etiket *️⃣")},
+    {"markersWithAMarkStay", QStringLiteral("a_\u0301b*\u0301c~\u200Dd`\uFE0Fe"),
+     QStringLiteral("a_\u0301b*\u0301c~\u200Dd`\uFE0Fe")},
+    {"markersBesideSuchGo", QStringLiteral("#*#️⃣*_a"), QStringLiteral("#️⃣a")},
     {"singleCurlyQuotesStay", QStringLiteral("‘tek’"), QStringLiteral("‘tek’")},
 };
 
