@@ -66,7 +66,7 @@ QString cleanTitle(const QString &title)
 {
     QString line = title;
     line.replace(u'\n', u' ');
-    const QString visible = visibleMarkdownText(line).value_or(line);
+    const QString visible = visibleMarkdownTitle(line).value_or(line);
     return withoutEdges(withSingleSpaces(withoutMarkup(visible)));
 }
 

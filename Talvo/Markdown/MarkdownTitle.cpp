@@ -63,4 +63,24 @@ std::optional<QString> visibleMarkdownText(QStringView text)
     return visible;
 }
 
+std::optional<QString> visibleMarkdownTitle(QStringView title)
+{
+    if (title.size() <= readSize) {
+        return visibleMarkdownText(title);
+    }
+    QStringView start = firstPart(title);
+    // The reader drops white space at the end, which is not the end of the title.
+    while (!start.isEmpty() && start.back().isSpace()) {
+        start.chop(1);
+    }
+    std::optional<QString> visible = visibleMarkdownText(start);
+    if (visible) {
+        if (visible->endsWith(u'\n')) { // the reader's, behind a code block
+            visible->chop(1);
+        }
+        *visible += title.sliced(start.size());
+    }
+    return visible;
+}
+
 } // namespace Talvo

@@ -12,4 +12,7 @@ namespace Talvo {
 /// dropped. Only the first few kilobytes are read. Absent when the reader fails. Any thread.
 [[nodiscard]] std::optional<QString> visibleMarkdownText(QStringView text);
 
+/// The same of a title, nothing of which gets lost: what is not read follows as it is.
+[[nodiscard]] std::optional<QString> visibleMarkdownTitle(QStringView title);
+
 } // namespace Talvo

@@ -59,6 +59,20 @@ TEST_P(CleanTitle, removesMarkupAndQuotesOnly)
 INSTANTIATE_TEST_SUITE_P(Titles, CleanTitle, testing::ValuesIn(titleCases),
                          [](const auto &test) { return std::string(test.param.name); });
 
+TEST(CleanTitle, cutsNoTitle)
+{
+    EXPECT_EQ(cleanTitle(QString(100'000, u'a')), QString(100'000, u'a'));
+}
+
+TEST(CleanTitle, keepsTheEndOfALongTitle)
+{
+    const QString words = QStringLiteral("bir iki üç ").repeated(2000).chopped(1);
+    EXPECT_EQ(cleanTitle(words), words);
+    EXPECT_EQ(cleanTitle(QStringLiteral("# **") + words + QStringLiteral("**")), words);
+    const QString emoji = QStringLiteral("a") + QStringLiteral("😀").repeated(10'000);
+    EXPECT_EQ(cleanTitle(emoji), emoji);
+}
+
 TEST(StoredTitle, isCutToSixtyCharacters)
 {
     const QString family = QStringLiteral("👩‍👩‍👧");

@@ -63,3 +63,31 @@ TEST(MarkdownTitle, theCutKeepsPairs)
         EXPECT_FALSE(visible->contains(QChar::ReplacementCharacter));
     }
 }
+
+TEST(MarkdownTitle, theUnreadRestOfATitleStaysAsItIs)
+{
+    struct Row
+    {
+        const char *what;
+        QString start;
+        QString visibleStart;
+    };
+    const QString words = QStringLiteral("a b ").repeated(5'000) + QStringLiteral("**c**\n# d ");
+    for (const Row &row : std::initializer_list<Row>{
+             {"plain", {}, {}},
+             {"a cut elsewhere", QStringLiteral("a"), QStringLiteral("a")},
+             {"heading", QStringLiteral("# "), {}},
+             {"code", QStringLiteral("    "), {}},
+             {"closed before", QStringLiteral("*a* "), QStringLiteral("a ")},
+         }) {
+        EXPECT_EQ(visibleMarkdownTitle(row.start + words), row.visibleStart + words) << row.what;
+    }
+    EXPECT_EQ(visibleMarkdownTitle(u"**a**"), QStringLiteral("a"));
+    EXPECT_EQ(visibleMarkdownTitle(u"    a"), QStringLiteral("a\n"));
+}
+
+TEST(MarkdownTitle, aLongTitleKeepsItsPairs)
+{
+    const QString pairs = QStringLiteral("a") + QStringLiteral("😀").repeated(10'000);
+    EXPECT_EQ(visibleMarkdownTitle(pairs), pairs);
+}
