@@ -243,6 +243,10 @@ void ChatModel::deleteChat(const QUuid &id)
     } else if (wasSelected) {
         setSelectedChatID(m_sessions.front().id);
     }
+    if (wasSelected && m_selectedChatID == id) {
+        // An archive may hold another conversation with this identifier.
+        Q_EMIT selectedMessagesChanged();
+    }
     if (wasSelected) {
         clearDraftAndError();
     }

@@ -121,6 +121,26 @@ TEST_F(ChatModelSessions, deletingTheSelectedChatSelectsTheTopOne)
     EXPECT_FALSE(model->errorMessage());
 }
 
+TEST_F(ChatModelSessions, deletingAChatShowsTheNextOneOfTheSameIdentifier)
+{
+    ChatArchive archive = threeSessions();
+    archive.sessions[1].id = archive.sessions[0].id;
+    archive.selectedSessionID = archive.sessions[0].id;
+    putArchive(archive);
+    makeModel();
+    load();
+    const ChatMessageList next = model->sessions()[1].messages;
+    const QSignalSpy selections(model.get(), &ChatModel::selectedChatIDChanged);
+    const QSignalSpy messages(model.get(), &ChatModel::selectedMessagesChanged);
+    model->deleteChat(idAt(0));
+    EXPECT_EQ(model->selectedMessages(), next);
+    EXPECT_EQ(messages.size(), 1);
+    EXPECT_TRUE(selections.isEmpty());
+    model->deleteChat(idAt(0));
+    EXPECT_EQ(messages.size(), 2);
+    EXPECT_EQ(selections.size(), 1);
+}
+
 TEST_F(ChatModelSessions, deletingAnotherChatKeepsSelectionDraftAndError)
 {
     model->setDraft(QStringLiteral("taslak"));
