@@ -20,9 +20,11 @@ public:
     {
     }
 
+    /// A disabled field has the interface, too, which then changes nothing: for want of it, the
+    /// platform would set the value.
     void *interface_cast(QAccessible::InterfaceType type) override
     {
-        if (type == QAccessible::EditableTextInterface && isEditable())
+        if (type == QAccessible::EditableTextInterface && !isReadOnly())
             return static_cast<QAccessibleEditableTextInterface *>(this);
         return QAccessibleQuickItem::interface_cast(type);
     }
@@ -78,6 +80,12 @@ public:
                           : QAccessibleQuickItem::characterCount();
     }
 
+    void setText(QAccessible::Text type, const QString &text) override
+    {
+        if (isEditable())
+            QAccessibleQuickItem::setText(type, text);
+    }
+
     void deleteText(int start, int end) override
     {
         if (isEditable())
@@ -97,10 +105,8 @@ public:
     }
 
 private:
-    bool isEditable() const
-    {
-        return item()->isEnabled() && !item()->property("readOnly").toBool();
-    }
+    bool isReadOnly() const { return item()->property("readOnly").toBool(); }
+    bool isEditable() const { return item()->isEnabled() && !isReadOnly(); }
 
     bool isMasked() const
     {

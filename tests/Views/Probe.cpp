@@ -118,6 +118,12 @@ bool Probe::write(QQuickItem *item, const QString &text) const
     return true;
 }
 
+void Probe::setValue(QQuickItem *item, const QString &text) const
+{
+    if (QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item))
+        interface->setText(QAccessible::Value, text);
+}
+
 void Probe::press(QQuickItem *item) const
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);

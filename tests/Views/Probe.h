@@ -31,6 +31,8 @@ public:
     Q_INVOKABLE QString text(QQuickItem *item) const;
     /// Writes through the EditableText interface; false when there is none.
     Q_INVOKABLE bool write(QQuickItem *item, const QString &text) const;
+    /// Sets the value, as the platform does for want of the EditableText interface.
+    Q_INVOKABLE void setValue(QQuickItem *item, const QString &text) const;
     /// Invokes the press action.
     Q_INVOKABLE void press(QQuickItem *item) const;
     /// Names of the texts and headings in an item, in reading order, with bars between them.

@@ -57,9 +57,34 @@ Item {
             verify(Probe.write(item, "Yeni ad 🙂"));
             compare(item.text, "Yeni ad 🙂");
             compare(Probe.text(item), "Yeni ad 🙂");
-            item.enabled = false;
+            Probe.setValue(item, "Başka ad");
+            compare(item.text, "Başka ad");
+        }
+
+        function test_lockedFieldCannotBeWrittenByAssistiveTechnology_data() {
+            return [{
+                    "tag": "field",
+                    "component": field
+                }, {
+                    "tag": "secret",
+                    "component": secret
+                }];
+        }
+
+        function test_lockedFieldCannotBeWrittenByAssistiveTechnology(data) {
+            const item = createTemporaryObject(data.component, scene, {
+                    "text": "eski",
+                    "enabled": false
+                });
+            verify(Probe.write(item, "x"), "the platform would set the value otherwise");
+            compare(item.text, "eski");
+            Probe.setValue(item, "x");
+            compare(item.text, "eski");
+            item.readOnly = true;
+            item.enabled = true;
             verify(!Probe.write(item, "x"));
-            compare(item.text, "Yeni ad 🙂");
+            Probe.setValue(item, "x");
+            compare(item.text, "eski");
         }
 
         function test_keepsItsSecret() {

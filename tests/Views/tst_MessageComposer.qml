@@ -275,6 +275,11 @@ Item {
             const composer = make("");
             verify(Probe.write(area(composer), "sesle yazıldı"));
             compare(composer.draft, "sesle yazıldı");
+            composer.isSending = true;
+            verify(Probe.write(area(composer), "x"), "the platform would set the value otherwise");
+            Probe.setValue(area(composer), "x");
+            compare(area(composer).text, "sesle yazıldı");
+            compare(composer.draft, "sesle yazıldı");
         }
 
         function test_textIsNoMarkup() {

@@ -60,6 +60,7 @@ Item {
                     "content": "x"
                 });
             verify(!Probe.write(item, "y"));
+            Probe.setValue(item, "y");
             item.forceActiveFocus();
             keyClick(Qt.Key_Y);
             compare(item.text, "x");
