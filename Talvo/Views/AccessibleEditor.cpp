@@ -4,12 +4,25 @@
 
 #include <QAccessible>
 #include <QQuickItem>
+#include <QQuickWindow>
 
 // No public class describes an item of Qt Quick to assistive technology.
 #include <QtQuick/private/qaccessiblequickitem_p.h>
 
 namespace Talvo {
 namespace {
+
+/// Of a rectangle on the screen, what the item's ancestors let be seen of it.
+QRect clippedByAncestors(QRect rect, const QQuickItem *item)
+{
+    for (const QQuickItem *at = item->parentItem(); at && at->window(); at = at->parentItem()) {
+        if (!at->clip())
+            continue;
+        const QRect inScene = at->mapRectToScene(at->clipRect()).toAlignedRect();
+        rect &= QRect(at->window()->mapToGlobal(inScene.topLeft()), inScene.size());
+    }
+    return rect;
+}
 
 /// A TextInput or TextEdit: what Qt says of it, and the interface for editing.
 class AccessibleEditor : public QAccessibleQuickItem, public QAccessibleEditableTextInterface
@@ -28,6 +41,8 @@ public:
             return static_cast<QAccessibleEditableTextInterface *>(this);
         return QAccessibleQuickItem::interface_cast(type);
     }
+
+    QRect rect() const override { return clippedByAncestors(QAccessibleQuickItem::rect(), item()); }
 
     QString text(QAccessible::Text type) const override
     {

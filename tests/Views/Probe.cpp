@@ -7,6 +7,7 @@
 #include <QMimeData>
 #include <QPalette>
 #include <QQuickTextDocument>
+#include <QQuickWindow>
 #include <QTextCursor>
 
 namespace {
@@ -99,6 +100,14 @@ int Probe::role(QQuickItem *item) const
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
     return interface ? interface->role() : -1;
+}
+
+QRect Probe::place(QQuickItem *item) const
+{
+    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
+    if (!interface || !item->window())
+        return {};
+    return interface->rect().translated(-item->window()->mapToGlobal(QPoint()));
 }
 
 QString Probe::text(QQuickItem *item) const

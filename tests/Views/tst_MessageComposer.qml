@@ -246,6 +246,23 @@ Item {
             verify(field.contentHeight > field.height, "the rest is scrolled to");
         }
 
+        function test_placeIsThatOfTheVisibleField() {
+            const composer = make(lines(40));
+            const field = area(composer).parent.parent;
+            verify(area(composer).height > 2 * field.height);
+            for (const y of [0, 50, field.contentHeight - field.height]) {
+                field.contentY = y;
+                const top = field.mapToItem(null, 0, 0);
+                const place = Probe.place(area(composer));
+                fuzzyCompare(place.x, top.x, 1);
+                fuzzyCompare(place.y, top.y, 1);
+                fuzzyCompare(place.width, area(composer).width, 1);
+                fuzzyCompare(place.height, field.height, 1);
+            }
+            composer.draft = "";
+            fuzzyCompare(Probe.place(area(composer)).height, area(composer).height, 1);
+        }
+
         function test_textStandsWhereThePlaceholderStood() {
             const composer = make("");
             const before = area(composer).mapToItem(composer, 0, 0);
