@@ -5,9 +5,12 @@
 #include <QAccessible>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QtMath>
 
 // No public class describes an item of Qt Quick to assistive technology.
 #include <QtQuick/private/qaccessiblequickitem_p.h>
+
+#include <algorithm>
 
 namespace Talvo {
 namespace {
@@ -150,6 +153,14 @@ public:
     }
 
     QAccessible::Role role() const override { return shown()->accessibleRole(); }
+
+    /// No wider than the text, so that its middle is on it.
+    QRect rect() const override
+    {
+        QRect rect = QAccessibleQuickItem::rect();
+        rect.setWidth(std::min(rect.width(), qCeil(shown()->naturalWidth())));
+        return rect;
+    }
 
     QString text(QAccessible::Text type) const override
     {

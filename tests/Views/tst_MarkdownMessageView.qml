@@ -205,6 +205,15 @@ Item {
             tryVerify(() => !hint(), 2000);
         }
 
+        function test_linkIsInTheMiddleOfItsPlace() {
+            const item = shown("[yalnız](https://example.com/orta)");
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
+            const place = Probe.place(text);
+            const before = Probe.opened.length;
+            mouseClick(scene, place.x + place.width / 2, place.y + place.height / 2);
+            compare(Probe.opened.slice(before).join(), "https://example.com/orta");
+        }
+
         function test_liveTextsFollowTheAppearance() {
             const item = shown("[ab](https://example.com)");
             const text = Probe.find(item, "Talvo::MarkdownText")[0];

@@ -55,6 +55,43 @@ Item {
             compare(Probe.clipboardHtml(), "");
         }
 
+        function test_placeIsNoWiderThanTheText() {
+            const item = createTemporaryObject(text, scene, {
+                    "x": 20,
+                    "y": 30,
+                    "content": "kısa"
+                });
+            compare(Probe.place(item), Qt.rect(20, 30, item.naturalWidth, Math.floor(item.height)));
+            verify(item.naturalWidth < 100);
+            item.y = -1000;
+            compare(Probe.place(item).y, -1000, "what is scrolled away keeps its place");
+            compare(Probe.place(item).width, item.naturalWidth);
+        }
+
+        function test_placeHoldsTheTextFromRightToLeft_data() {
+            return [{
+                    "tag": "alone",
+                    "content": "مرحبا"
+                }, {
+                    "tag": "as the second paragraph",
+                    "content": "kısa\nمرحبا"
+                }, {
+                    "tag": "before a paragraph from left to right",
+                    "content": "مرحبا\nkısa"
+                }];
+        }
+
+        function test_placeHoldsTheTextFromRightToLeft(data) {
+            const item = createTemporaryObject(text, scene, {
+                    "content": data.content
+                });
+            const place = Probe.place(item);
+            for (let at = 0; at <= data.content.length; ++at) {
+                const x = item.positionToRectangle(at).x;
+                verify(x >= place.x && x <= place.x + place.width, x + " in " + place);
+            }
+        }
+
         function test_cannotBeWritten() {
             const item = createTemporaryObject(text, scene, {
                     "content": "x"
