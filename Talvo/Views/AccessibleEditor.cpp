@@ -162,6 +162,21 @@ public:
         return rect;
     }
 
+    /// The parent class knows the state of those items only that have an object for it.
+    QAccessible::State state() const override
+    {
+        QAccessible::State state;
+        state.readOnly = true;
+        state.multiLine = true;
+        state.selectableText = true;
+        state.disabled = !item()->isEnabled();
+        state.focusable = item()->isEnabled();
+        state.focused = item()->hasActiveFocus();
+        state.invisible = !isShown();
+        state.offscreen = !viewRect().intersects(rect());
+        return state;
+    }
+
     QString text(QAccessible::Text type) const override
     {
         return type == QAccessible::Name ? shown()->source() : QAccessibleQuickItem::text(type);
@@ -171,6 +186,12 @@ public:
     using QAccessibleQuickItem::text;
 
 private:
+    bool isShown() const
+    {
+        return item()->isVisible() && !qFuzzyIsNull(item()->opacity()) && window() &&
+               window()->isVisible();
+    }
+
     const ReadOnlyText *shown() const { return static_cast<const ReadOnlyText *>(item()); }
 };
 

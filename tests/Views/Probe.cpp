@@ -10,6 +10,8 @@
 #include <QQuickWindow>
 #include <QTextCursor>
 
+#include <utility>
+
 namespace {
 
 QString plain(QString text)
@@ -108,6 +110,25 @@ QRect Probe::place(QQuickItem *item) const
     if (!interface || !item->window())
         return {};
     return interface->rect().translated(-item->window()->mapToGlobal(QPoint()));
+}
+
+QStringList Probe::states(QQuickItem *item) const
+{
+    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
+    if (!interface)
+        return {};
+    const QAccessible::State state = interface->state();
+    const std::pair<const char *, bool> known[] = {
+        {"disabled", state.disabled},   {"focusable", state.focusable},
+        {"focused", state.focused},     {"invisible", state.invisible},
+        {"multiLine", state.multiLine}, {"offscreen", state.offscreen},
+        {"readOnly", state.readOnly},   {"selectableText", state.selectableText}};
+    QStringList names;
+    for (const auto &[name, isSet] : known) {
+        if (isSet)
+            names.append(QLatin1String(name));
+    }
+    return names;
 }
 
 QString Probe::text(QQuickItem *item) const

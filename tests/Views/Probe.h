@@ -29,6 +29,8 @@ public:
     Q_INVOKABLE int role(QQuickItem *item) const;
     /// Where an item is told to be on the screen, in the coordinates of its window's content.
     Q_INVOKABLE QRect place(QQuickItem *item) const;
+    /// Names of the states an item is told to be in, of those that tests ask for.
+    Q_INVOKABLE QStringList states(QQuickItem *item) const;
     /// Content of the Text interface; line and paragraph separators as line feeds.
     Q_INVOKABLE QString text(QQuickItem *item) const;
     /// Writes through the EditableText interface; false when there is none.

@@ -214,6 +214,12 @@ Item {
             compare(Probe.opened.slice(before).join(), "https://example.com/orta");
         }
 
+        function test_headingTellsItsState() {
+            const text = Probe.find(shown("# Baş"), "Talvo::MarkdownText")[0];
+            compare(Probe.role(text), Accessible.Heading);
+            compare(Probe.states(text).join(), "focusable,multiLine,readOnly,selectableText");
+        }
+
         function test_liveTextsFollowTheAppearance() {
             const item = shown("[ab](https://example.com)");
             const text = Probe.find(item, "Talvo::MarkdownText")[0];

@@ -92,6 +92,24 @@ Item {
             }
         }
 
+        function test_tellsItsState() {
+            const item = createTemporaryObject(text, scene, {
+                    "content": "x"
+                });
+            compare(Probe.states(item).join(), "focusable,multiLine,readOnly,selectableText");
+            item.forceActiveFocus();
+            compare(Probe.states(item).join(), "focusable,focused,multiLine,readOnly,selectableText");
+            item.y = -1000;
+            verify(Probe.states(item).includes("offscreen"));
+            verify(!Probe.states(item).includes("invisible"));
+            item.y = 0;
+            item.visible = false;
+            verify(Probe.states(item).includes("invisible"));
+            item.visible = true;
+            item.enabled = false;
+            compare(Probe.states(item).join(), "disabled,multiLine,readOnly,selectableText");
+        }
+
         function test_cannotBeWritten() {
             const item = createTemporaryObject(text, scene, {
                     "content": "x"
