@@ -5,6 +5,7 @@
 #include <QCursor>
 #include <QHoverEvent>
 #include <QKeyEvent>
+#include <QQmlProperty>
 #include <QQuickTextDocument>
 #include <QTextDocument>
 
@@ -197,10 +198,13 @@ void MarkdownText::showHint(const QString &address, QPointF place)
         m_hint = makeView(QStringLiteral("Hint"), {});
     if (!m_hint)
         return;
-    m_hint->setProperty("x", place.x());
-    m_hint->setProperty("y", place.y());
     QMetaObject::invokeMethod(
         m_hint, "show", Q_ARG(QString, address.isEmpty() ? QString() : shownAddress(address)));
+    if (address.isEmpty())
+        return;
+    // QObject::setProperty would keep the hint's own bindings, which follow the size of its text.
+    QQmlProperty::write(m_hint, QStringLiteral("x"), place.x());
+    QQmlProperty::write(m_hint, QStringLiteral("y"), place.y());
 }
 
 } // namespace Talvo

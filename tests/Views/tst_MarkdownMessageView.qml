@@ -205,6 +205,36 @@ Item {
             tryVerify(() => !hint(), 2000);
         }
 
+        function hintLabel(address) {
+            return Probe.find(scene.Window.contentItem, "QQuickText").find(label => label.visible && label.text === address);
+        }
+
+        function test_hintStandsUnderTheLinkThatHasTheKeyboard() {
+            const item = shown("Bakılacak yer: [bir](https://example.com/ilk), " + "uzun ".repeat(30) + " [iki](https://example.com/ikinci-adres) son");
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
+            text.forceActiveFocus(Qt.TabFocusReason);
+            for (const address of ["https://example.com/ilk", "https://example.com/ikinci-adres"]) {
+                tryVerify(() => hintLabel(address) !== undefined, 2000);
+                const link = text.positionToRectangle(text.selectionStart);
+                const place = hintLabel(address).mapToItem(text, 0, 0);
+                fuzzyCompare(place.x, link.x + 9, 1);
+                fuzzyCompare(place.y, link.y + link.height + 4 + 5, 1);
+                keyClick(Qt.Key_Tab);
+            }
+        }
+
+        function test_hintStandsUnderThePointer() {
+            const item = shown("Bakılacak yer: [bir](https://example.com/ilk) son");
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
+            const link = text.positionToRectangle(text.getText(0, text.length).indexOf("bir") + 1);
+            mouseMove(text, 500, link.y + link.height / 2);
+            mouseMove(text, link.x, link.y + link.height / 2);
+            tryVerify(() => hintLabel("https://example.com/ilk") !== undefined, 2000);
+            const place = hintLabel("https://example.com/ilk").mapToItem(text, 0, 0);
+            fuzzyCompare(place.x, link.x + 9, 1.5);
+            fuzzyCompare(place.y, link.y + link.height / 2 + 20 + 5, 1.5);
+        }
+
         function test_linkIsInTheMiddleOfItsPlace() {
             const item = shown("[yalnız](https://example.com/orta)");
             const text = Probe.find(item, "Talvo::MarkdownText")[0];
