@@ -93,6 +93,9 @@ class Accessibility(Scenario):
             press(window.get(BUTTON, "Mesajı gönder"))
             self.service.wait_for(1)
             window.wait_for_text("Talvo düşünüyor…")
+            locked = content_of(self.composer())
+            enter_text(self.composer(), "Araya girdi")
+            self.assertEqual(content_of(self.composer()), locked, "the draft during the send")
         self.service.wait_for(3)
         window.wait_without_text("Talvo düşünüyor…")
         expected = ["Nasılsın?", "Başlık", "Bir vurgulu söz.", "•", "ilk", "1.", "birinci"]
