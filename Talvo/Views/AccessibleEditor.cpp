@@ -162,7 +162,9 @@ public:
         return rect;
     }
 
-    /// The parent class knows the state of those items only that have an object for it.
+    /// The parent class knows the state of those items only that have an object for it. What is
+    /// scrolled out of view is not told to be: the platform would hide it, and with it the rest of
+    /// a conversation that is read on.
     QAccessible::State state() const override
     {
         QAccessible::State state;
@@ -173,7 +175,6 @@ public:
         state.focusable = item()->isEnabled();
         state.focused = item()->hasActiveFocus();
         state.invisible = !isShown();
-        state.offscreen = !viewRect().intersects(rect());
         return state;
     }
 
