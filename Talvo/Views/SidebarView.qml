@@ -9,8 +9,8 @@ FocusScope {
     required property string selectedModel
     /// The model identifiers on offer, a list of strings.
     required property var models
-    /// The keyboard is in the list of conversations.
-    readonly property bool isWalked: list.activeFocus
+    /// The keyboard is in the list of conversations, and there is something to walk over.
+    readonly property bool isWalked: list.activeFocus && list.count > 0
     property bool isLoading: false
     property bool isSaving: false
 

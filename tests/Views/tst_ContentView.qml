@@ -314,7 +314,8 @@ Item {
 
         function test_theLastDeletionLeavesTheButtonTheKeyboard() {
             const content = loaded(1);
-            fixture.model.deleteChat(fixture.idAt(0));
+            Probe.find(rows(content)[0], "IconButton")[1].forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Space);
             tryVerify(() => Probe.find(content, "EmptyChatView").length === 1);
             tryVerify(() => Probe.find(Probe.find(content, "EmptyChatView")[0], "PushButton")[0].activeFocus);
             keyClick(Qt.Key_Return);
