@@ -1,10 +1,12 @@
 #include "App/SingleInstance.h"
 
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QLocalSocket>
 #include <QStandardPaths>
+#include <QThread>
 
 #include <cerrno>
 #include <fcntl.h>
@@ -16,6 +18,7 @@ namespace Talvo {
 namespace {
 
 constexpr int answerLimitInMilliseconds = 3000;
+constexpr unsigned long lockIntervalInMilliseconds = 50;
 constexpr auto answer = "ok";
 
 /// One name for each directory, in the folder that belongs to this user's session.
@@ -33,6 +36,7 @@ QString socketName(const QString &directory)
 
 SingleInstance::SingleInstance(const QString &directory, QObject *parent)
     : QObject(parent)
+    , m_directory(directory)
     , m_socketName(socketName(directory))
 {
     const LockResult result = lock(directory);
@@ -90,6 +94,26 @@ bool SingleInstance::raiseFirst() const
     socket.connectToServer(m_socketName);
     return socket.waitForConnected(answerLimitInMilliseconds) &&
            (socket.bytesAvailable() > 0 || socket.waitForReadyRead(answerLimitInMilliseconds));
+}
+
+bool SingleInstance::succeedWithin(std::chrono::milliseconds patience)
+{
+    const QDeadlineTimer deadline(patience);
+    while (!m_isFirst && !deadline.hasExpired()) {
+        QThread::msleep(lockIntervalInMilliseconds);
+        m_isFirst = lock(m_directory) == LockResult::taken;
+    }
+    if (m_isFirst) {
+        listen();
+    }
+    return m_isFirst;
+}
+
+void SingleInstance::stopAnswering()
+{
+    if (m_lockedDirectory >= 0) {
+        m_server.close();
+    }
 }
 
 } // namespace Talvo

@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QString>
 
+#include <chrono>
+
 namespace Talvo {
 
 /// Makes sure that one process at most works on the archives below a directory.
@@ -28,6 +30,14 @@ public:
     /// seconds.
     [[nodiscard]] bool raiseFirst() const;
 
+    /// Waits for the first process, which does not answer any more, to end, and takes its place.
+    /// False when it has not ended by then. Blocks.
+    [[nodiscard]] bool succeedWithin(std::chrono::milliseconds patience);
+
+    /// Answers nobody from now on: this process is about to end, and whoever is started now is to
+    /// succeed it. Does nothing where the socket alone decides who is the first.
+    void stopAnswering();
+
 Q_SIGNALS:
     /// Another process was started and has handed over to this one.
     void raiseRequested();
@@ -41,6 +51,7 @@ private:
     [[nodiscard]] LockResult lock(const QString &directory);
     void listen();
 
+    const QString m_directory;
     const QString m_socketName;
     QLocalServer m_server;
     int m_lockedDirectory = -1;

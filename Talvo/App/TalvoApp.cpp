@@ -40,6 +40,10 @@ constexpr int failureExitCode = 1;
 /// a window.
 constexpr std::chrono::seconds sessionBusBound{4};
 
+/// Long enough for a process whose window has gone to write its last save, and a keyring that does
+/// not answer to be given up.
+constexpr std::chrono::seconds endingBound{20};
+
 bool hasGraphicsCard()
 {
     const QDir devices(QStringLiteral("/dev/dri"));
@@ -135,8 +139,11 @@ int run(int argc, char **argv, const AppSetup &setup)
     QGuiApplication::setWindowIcon(windowIcon());
 
     SingleInstance instance(setup.exclusiveDirectory);
-    if (!instance.isFirst()) {
-        return instance.raiseFirst() ? 0 : failureExitCode;
+    if (!instance.isFirst() && instance.raiseFirst()) {
+        return 0;
+    }
+    if (!instance.isFirst() && !instance.succeedWithin(endingBound)) {
+        return failureExitCode;
     }
 
     AppServices services = setup.makeServices();
@@ -153,8 +160,9 @@ int run(int argc, char **argv, const AppSetup &setup)
         return failureExitCode;
     }
     new CursorRest(window);
-    QObject::connect(window, &QWindow::visibleChanged, &model, [&model](bool isVisible) {
+    QObject::connect(window, &QWindow::visibleChanged, &model, [&](bool isVisible) {
         if (!isVisible) {
+            instance.stopAnswering();
             model.close();
         }
     });

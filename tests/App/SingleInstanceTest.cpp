@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QtConcurrent>
 
 #include <gtest/gtest.h>
@@ -17,6 +18,7 @@
 #include <optional>
 
 using namespace Talvo;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -164,6 +166,36 @@ TEST_F(SingleInstanceTest, aStoppedProcessKeepsItsLock)
     EXPECT_FALSE(second.raiseFirst());
     holder->kill();
     ASSERT_TRUE(holder->waitForFinished());
+}
+
+TEST_F(SingleInstanceTest, whoIsAboutToEndAnswersNobody)
+{
+    SingleInstance first(directory());
+    QSignalSpy raised(&first, &SingleInstance::raiseRequested);
+    first.stopAnswering();
+    const SingleInstance second(directory());
+    EXPECT_FALSE(second.isFirst());
+    EXPECT_FALSE(raisedWhileEventsAreHandled(second));
+    EXPECT_EQ(raised.count(), 0);
+}
+
+TEST_F(SingleInstanceTest, theNextOneSucceedsOnceTheFirstHasEnded)
+{
+    ASSERT_TRUE(QDir().mkpath(directory()));
+    const std::unique_ptr<QProcess> holder = lockHolder();
+    SingleInstance second(directory());
+    EXPECT_FALSE(second.succeedWithin(200ms));
+    EXPECT_FALSE(second.isFirst());
+
+    const auto end = QtConcurrent::run([process = static_cast<pid_t>(holder->processId())] {
+        QThread::msleep(200);
+        return ::kill(process, SIGKILL);
+    });
+    EXPECT_TRUE(second.succeedWithin(1min));
+    EXPECT_EQ(end.result(), 0);
+    EXPECT_TRUE(second.isFirst());
+    EXPECT_TRUE(raisedWhileEventsAreHandled(SingleInstance(directory())));
+    EXPECT_TRUE(awaitedCondition([&] { return holder->state() == QProcess::NotRunning; }));
 }
 
 TEST_F(SingleInstanceTest, withoutALockTheSocketDecides)
