@@ -31,7 +31,7 @@ using BusConnection = std::unique_ptr<DBusConnection, FreedBy<closeAndUnref>>;
 /// What the process is told of; only where hasSessionBus().
 QByteArray sessionBusAddress()
 {
-    const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
     if (!address.isEmpty()) {
         return address;
     }
