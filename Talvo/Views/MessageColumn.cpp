@@ -55,19 +55,27 @@ void MessageColumn::setModel(SelectedMessages *model)
     replaceContent();
 }
 
+/// A conversation is shown from its end; one with as many messages as the one before, where that
+/// was.
 void MessageColumn::replaceContent()
 {
+    const bool keepsPlace = m_heights.count() > 0 && m_heights.count() == rowCount();
     discardAllRows();
     m_isNew = true;
+    estimateHeights();
+    setIsAtEnd(!keepsPlace);
+    polish();
+    Q_EMIT contentReplaced();
+}
+
+void MessageColumn::estimateHeights()
+{
     std::vector<qreal> heights;
     heights.reserve(static_cast<std::size_t>(rowCount()));
     for (int row = 0; row < rowCount(); ++row) {
         heights.push_back(estimatedHeight(m_model->at(row), width()) + m_spacing);
     }
     m_heights = RowHeights(std::move(heights));
-    setIsAtEnd(true);
-    polish();
-    Q_EMIT contentReplaced();
 }
 
 void MessageColumn::appendContent()
@@ -160,7 +168,8 @@ void MessageColumn::geometryChange(const QRectF &newGeometry, const QRectF &oldG
         return;
     }
     if (m_rows.empty()) {
-        replaceContent(); // the estimates need a width
+        estimateHeights(); // they need a width
+        polish();
         return;
     }
     for (const Row &row : m_rows) {
@@ -187,6 +196,7 @@ void MessageColumn::layOut()
     m_isLayingOut = false;
     if (m_isNew && !m_rows.empty()) {
         m_isNew = false;
+        setIsAtEnd(m_isAtEnd || m_viewportY + m_viewportHeight >= m_endY - endTolerance);
         // What is near the visible area waits until the frame that is being made is on screen.
         QMetaObject::invokeMethod(this, &MessageColumn::polish, Qt::QueuedConnection);
     }

@@ -115,6 +115,7 @@ private:
     };
 
     void replaceContent();
+    void estimateHeights();
     void appendContent();
     void layOut();
     void restack();

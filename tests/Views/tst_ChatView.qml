@@ -46,7 +46,7 @@ Item {
                         "messages": ["Merhaba", "Selam", "Buyur"]
                     }, {
                         "title": "Öteki",
-                        "messages": ["Uzun bir söz. ".repeat(400), "Soru", "Uzun bir yanıt. ".repeat(400)]
+                        "messages": ["Merhaba", "Söz", "Uzun bir söz. ".repeat(400), "Soru", "Uzun bir yanıt. ".repeat(400)]
                     }]);
             waitForRendering(scene);
             return scenery.chat;

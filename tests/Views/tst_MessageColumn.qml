@@ -124,6 +124,52 @@ Item {
             verify(!column.isAtEnd);
         }
 
+        /// Goes from the beginning of a conversation with 40 messages to one with `count`; gives how far below
+        /// its beginning that is shown.
+        function placeInTheSecondOf(count) {
+            const messages = number => Array.from({
+                        "length": number
+                    }, (_, index) => "İleti " + index);
+            scenery = createTemporaryObject(sceneryComponent, scene);
+            scenery.fixture.load([{
+                        "title": "Bir",
+                        "messages": messages(40)
+                    }, {
+                        "title": "İki",
+                        "messages": messages(count)
+                    }]);
+            const column = scenery.column;
+            column.forceLayout();
+            column.viewportY = column.originY;
+            column.forceLayout();
+            scenery.fixture.model.selectChat(scenery.fixture.idAt(1));
+            column.forceLayout();
+            tryVerify(() => !isPolishScheduled(column));
+            return column.viewportY - column.originY;
+        }
+
+        function test_asManyMessagesAreShownWhereTheOthersWere() {
+            compare(placeInTheSecondOf(40), 0);
+            compare(contents(scenery.column)[0], "İleti 0");
+            verify(!scenery.column.isAtEnd);
+        }
+
+        function test_moreOrFewerMessagesAreShownFromTheirEnd_data() {
+            return [{
+                    "tag": "more",
+                    "count": 41
+                }, {
+                    "tag": "fewer",
+                    "count": 39
+                }];
+        }
+
+        function test_moreOrFewerMessagesAreShownFromTheirEnd(data) {
+            const place = placeInTheSecondOf(data.count);
+            verify(scenery.column.isAtEnd);
+            fuzzyCompare(place + scenery.column.viewportHeight, scenery.column.endY - scenery.column.originY, 2);
+        }
+
         function test_aConversationBeginsWithWhatIsVisible() {
             const column = make(100);
             scenery.fixture.model.selectChat(scenery.fixture.idAt(1));

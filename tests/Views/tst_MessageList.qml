@@ -100,7 +100,7 @@ Item {
         }
 
         function test_aReplyIsDrawnAsFarAsItIsInView() {
-            const list = make([Array(60).fill("Paragraf.").join("\n\n")]);
+            const list = make([Array(60).fill("Paragraf.").join("\n\n"), "Soru"]);
             const reply = rows(list)[0];
             tryVerify(() => Probe.find(reply, "Talvo::MarkdownText").length === 60);
             list.height = 200;
