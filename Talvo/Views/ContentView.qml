@@ -66,7 +66,10 @@ FocusScope {
             models: contentView.model.availableModels
             isLoading: contentView.model.isLoadingArchive
             isSaving: contentView.model.isSavingArchive
-            onNewChat: contentView.model.newChat()
+            onNewChat: {
+                contentView.model.newChat();
+                chatView.takeFocus();
+            }
             onChatSelected: id => contentView.model.selectChat(id)
             onRowChosen: chatView.takeFocus()
             onRenameChat: (id, title) => contentView.model.renameChat(id, title)

@@ -19,7 +19,8 @@ FocusScope {
     readonly property real lineHeight: Math.ceil(metrics.height)
 
     function takeFocus(): void {
-        textArea.forceActiveFocus();
+        if (textArea.enabled)
+            textArea.forceActiveFocus();
     }
 
     implicitHeight: Math.max(field.height, sendButton.height) + 2 * 16

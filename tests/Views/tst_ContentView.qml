@@ -281,6 +281,9 @@ Item {
             keyClick(Qt.Key_Down);
             keyClick(Qt.Key_Down);
             verify(rows(content)[2].isSelected);
+            mouseClick(see("SidebarButton", "Yeni Sohbet"));
+            tryVerify(() => rows(content).length === 4);
+            verify(area(content).activeFocus, "a new one is written in");
         }
 
         function test_aClickOnAButtonLeavesTheKeyboardInTheComposer() {

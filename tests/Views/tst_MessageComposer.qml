@@ -181,6 +181,8 @@ Item {
             const composer = make("taslak");
             composer.isSending = true;
             elsewhere.forceActiveFocus();
+            composer.takeFocus();
+            verify(elsewhere.activeFocus, "nothing can be written");
             composer.isSending = false;
             verify(elsewhere.activeFocus);
         }
