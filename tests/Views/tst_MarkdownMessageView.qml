@@ -210,7 +210,7 @@ Item {
         }
 
         function test_hintStandsUnderTheLinkThatHasTheKeyboard() {
-            const item = shown("Bakılacak yer: [bir](https://example.com/ilk), " + "uzun ".repeat(30) + " [iki](https://example.com/ikinci-adres) son");
+            const item = shown("Bakılacak yer: [bir](https://example.com/ilk),\nve [iki](https://example.com/ikinci-adres) son");
             const text = Probe.find(item, "Talvo::MarkdownText")[0];
             text.forceActiveFocus(Qt.TabFocusReason);
             for (const address of ["https://example.com/ilk", "https://example.com/ikinci-adres"]) {
