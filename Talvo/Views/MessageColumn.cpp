@@ -148,7 +148,8 @@ void MessageColumn::setIsAtEnd(bool isAtEnd)
 void MessageColumn::componentComplete()
 {
     QQuickItem::componentComplete();
-    replaceContent();
+    estimateHeights(); // the width is known by now
+    polish();
 }
 
 void MessageColumn::updatePolish()
