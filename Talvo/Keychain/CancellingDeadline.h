@@ -25,9 +25,6 @@ public:
     /// What to give to the calls. It stays cancelled once the time is over.
     [[nodiscard]] GCancellable *cancellable() const noexcept { return m_cancellable.get(); }
 
-    /// The time is over, and what was given cancellable() is cancelled.
-    [[nodiscard]] bool isOver() const { return g_cancellable_is_cancelled(cancellable()) != 0; }
-
     /// Sets the clock anew, to `bound` from now.
     void restart(std::chrono::milliseconds bound);
 
