@@ -28,6 +28,13 @@ void closeAndUnref(DBusConnection *connection)
 /// A connection that nobody else in the process has.
 using BusConnection = std::unique_ptr<DBusConnection, FreedBy<closeAndUnref>>;
 
+/// Where the bus listens when the process is told of none; empty when that is nowhere.
+QByteArray runtimeSocket()
+{
+    const QByteArray directory = qgetenv("XDG_RUNTIME_DIR");
+    return directory.isEmpty() ? directory : directory + "/bus";
+}
+
 /// What the process is told of; only where hasSessionBus().
 QByteArray sessionBusAddress()
 {
@@ -35,8 +42,7 @@ QByteArray sessionBusAddress()
     if (!address.isEmpty()) {
         return address;
     }
-    const QByteArray socket = qgetenv("XDG_RUNTIME_DIR") + "/bus";
-    const TextPointer escaped(dbus_address_escape_value(socket.constData()));
+    const TextPointer escaped(dbus_address_escape_value(runtimeSocket().constData()));
     return QByteArrayLiteral("unix:path=") + escaped.get();
 }
 
@@ -71,8 +77,8 @@ bool hasSessionBus()
     if (!address.isEmpty()) {
         return isExistingBusAddress(address);
     }
-    const QByteArray directory = qgetenv("XDG_RUNTIME_DIR");
-    return !directory.isEmpty() && QFileInfo::exists(QFile::decodeName(directory + "/bus"));
+    const QByteArray socket = runtimeSocket();
+    return !socket.isEmpty() && QFileInfo::exists(QFile::decodeName(socket));
 }
 
 bool isSessionBusMute(std::chrono::milliseconds bound)

@@ -18,7 +18,7 @@ FocusScope {
     /// Whether the right column may have the keyboard: panels, menus and the list of conversations
     /// keep it.
     function mayTakeFocus(): bool {
-        return !sidebar.isWalked && !KeyboardFocus.isWithin(contentView.T.Overlay.overlay);
+        return !sidebar.isListFocused && !KeyboardFocus.isWithin(contentView.T.Overlay.overlay);
     }
 
     focus: true

@@ -123,14 +123,15 @@ FocusScope {
         const isReturn = event.key === Qt.Key_Return || event.key === Qt.Key_Enter;
         if (event.key === Qt.Key_Tab || event.key === Qt.Key_Backtab)
             textArea.nextItemInFocusChain(event.key === Qt.Key_Tab).forceActiveFocus(Qt.TabFocusReason);
-        else if (isReturn && !(event.modifiers & (Qt.ShiftModifier | Qt.ControlModifier)))
-            composer.send();
         else if (event.key === Qt.Key_PageUp)
             composer.pageRequested(-1);
         else if (event.key === Qt.Key_PageDown)
             composer.pageRequested(1);
         else if (!isReturn || event.modifiers & Qt.ShiftModifier)
             return;
+        else if (!(event.modifiers & Qt.ControlModifier))
+            composer.send();
+        // Control-Return is the button's: where that is disabled it breaks no line either.
         event.accepted = true;
     }
 

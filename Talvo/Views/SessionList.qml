@@ -12,7 +12,7 @@ ListView {
 
     required property SessionListModel sessions
     /// The arrow keys walk: the keyboard is neither elsewhere nor with a row's button.
-    readonly property bool hasKeys: list.activeFocus && (Window.activeFocusItem === list || Window.activeFocusItem === list.currentItem)
+    readonly property bool isFocusedItself: list.activeFocus && (Window.activeFocusItem === list || Window.activeFocusItem === list.currentItem)
 
     signal chatSelected(var id)
     signal renameChat(var id, string title)
@@ -60,7 +60,7 @@ ListView {
 
         x: Theme.gap
         width: list.width - 2 * Theme.gap
-        showsFocus: list.hasKeys && isSelected
+        showsFocus: list.isFocusedItself && isSelected
         // What waits to be used again is no row of the list, to assistive technology either.
         ListView.onPooled: {
             giveFocusBack();

@@ -10,7 +10,7 @@ FocusScope {
     /// The model identifiers on offer, a list of strings.
     required property var models
     /// The keyboard is in the list of conversations, and there is something to walk over.
-    readonly property bool isWalked: list.activeFocus && list.count > 0
+    readonly property bool isListFocused: list.activeFocus && list.count > 0
     property bool isLoading: false
     property bool isSaving: false
 

@@ -58,7 +58,7 @@ Item {
             compare(dialog.editedTitle, "Y");
             tryCompare(dialog, "opened", true);
             keyClick("e");
-            compare(dialog.editedTitle, "Ye", "also while the panel is still fading in");
+            compare(dialog.editedTitle, "Ye", "what was typed while the panel faded in stays");
         }
 
         function test_savesOnceAndCloses_data() {
