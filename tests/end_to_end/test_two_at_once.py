@@ -15,7 +15,7 @@ class TwoAtOnce(Scenario):
         first = self.talvo
         self.start()
         second, self.talvo = self.talvo, first
-        return second.wait(30)
+        return second.wait()
 
     def test_a_second_start_ends_and_the_first_goes_on(self):
         self.first_start()
@@ -34,6 +34,25 @@ class TwoAtOnce(Scenario):
         finally:
             self.talvo.send_signal(signal.SIGCONT)
         self.assertEqual(self.talvo.process_id(), process_id)
+        self.close()
+
+    def test_a_start_while_the_first_one_ends_succeeds_it(self):
+        self.desktop.store_secret(KEY)
+        window = self.first_start()
+        enter_text(self.composer(), "Selam")
+        self.desktop.keyring.send_signal(signal.SIGSTOP)
+        try:
+            press(window.get(BUTTON, "Mesajı gönder"))
+            window.close()
+            window.wait_until_closed()
+            first = self.talvo
+            second_window = self.start()
+            self.assertTrue(first.is_running(), "the first one waits for the keyring")
+        finally:
+            self.desktop.keyring.send_signal(signal.SIGCONT)
+        self.assertEqual(first.wait(), 0)
+        self.assertTrue(self.talvo.is_running())
+        second_window.wait_for_text("Merhaba! Ben Talvo. Sana bugün nasıl yardımcı olabilirim?")
         self.close()
 
     def test_after_a_kill_the_next_start_is_the_first(self):

@@ -187,6 +187,10 @@ class Window:
         window = self.wait_until(self._managed_window, "a window in the window manager's list")
         subprocess.run(["wmctrl", "-i", "-c", window], check=True)
 
+    def wait_until_closed(self):
+        """Until the window has gone; its program may have something left to do."""
+        self.wait_until(lambda: not self._managed_window(), "no window")
+
 
 # What assistive technology does, without keyboard and pointer
 
