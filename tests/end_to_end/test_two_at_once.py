@@ -2,6 +2,7 @@
 
 import json
 import signal
+import time
 import unittest
 
 from scenario import KEY, Scenario
@@ -47,6 +48,7 @@ class TwoAtOnce(Scenario):
             window.wait_until_closed()
             first = self.talvo
             second_window = self.start()
+            time.sleep(2) # time enough to ask the first one
             self.assertTrue(first.is_running(), "the first one waits for the keyring")
         finally:
             self.desktop.keyring.send_signal(signal.SIGCONT)
