@@ -16,11 +16,9 @@ T.ItemDelegate {
     required property string updatedText
     required property bool isSelected
     property bool showsFocus: false
-    property bool isRenaming: false
-    property string editedTitle
 
     signal chosen
-    signal rename(string newTitle)
+    signal renameRequested
     signal deleteRequested
 
     /// Gives the keyboard back to the list when one of the row's buttons has it.
@@ -88,10 +86,7 @@ T.ItemDelegate {
                 iconName: "pencil"
                 iconSize: 16
                 label: "Sohbeti yeniden adlandır"
-                onClicked: {
-                    row.editedTitle = row.title;
-                    row.isRenaming = true;
-                }
+                onClicked: row.renameRequested()
             }
 
             IconButton {
@@ -115,15 +110,5 @@ T.ItemDelegate {
             distance: 0
             shown: row.showsFocus
         }
-    }
-
-    OnDemandPanel {
-        wanted: row.isRenaming
-        sourceComponent: RenameDialog {
-            editedTitle: row.editedTitle
-            onTitleEdited: title => row.editedTitle = title
-            onSaved: row.rename(row.editedTitle)
-        }
-        onDismissed: row.isRenaming = false
     }
 }

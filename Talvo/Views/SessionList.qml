@@ -6,13 +6,18 @@ import Talvo.Views
 // the pragma that would tell the linter so.
 // qmllint disable unqualified
 
-/// The scrolling list of conversations; the arrow keys walk through it.
+/// The scrolling list of conversations; the arrow keys walk through it. Asks for a new title itself:
+/// a row that is out of sight may be used again for another conversation meanwhile.
 ListView {
     id: list
 
     required property SessionListModel sessions
     /// The arrow keys walk: the keyboard is neither elsewhere nor with a row's button.
     readonly property bool isFocusedItself: list.activeFocus && (Window.activeFocusItem === list || Window.activeFocusItem === list.currentItem)
+    /// Whether the rename dialog is open, for which conversation, and the text in it.
+    property bool isRenaming: false
+    property var renamedId
+    property string editedTitle
 
     signal chatSelected(var id)
     signal renameChat(var id, string title)
@@ -23,6 +28,17 @@ ListView {
     function selectRow(row: int): void {
         if (row >= 0 && row < list.count)
             list.chatSelected(list.sessions.sessionIdAt(row));
+    }
+
+    function askForTitle(id: var, title: string): void {
+        list.renamedId = id;
+        list.editedTitle = title;
+        list.isRenaming = true;
+    }
+
+    /// There is nothing to rename any more when the conversation has left the list.
+    function followRenamed(): void {
+        list.isRenaming = list.isRenaming && list.sessions.hasSession(list.renamedId);
     }
 
     model: list.sessions
@@ -64,7 +80,6 @@ ListView {
         // What waits to be used again is no row of the list, to assistive technology either.
         ListView.onPooled: {
             giveFocusBack();
-            isRenaming = false;
             visible = false;
         }
         ListView.onReused: visible = true
@@ -72,7 +87,29 @@ ListView {
             list.chatSelected(sessionId);
             list.rowChosen();
         }
-        onRename: newTitle => list.renameChat(sessionId, newTitle)
+        onRenameRequested: list.askForTitle(sessionId, title)
         onDeleteRequested: list.deleteChat(sessionId)
+    }
+
+    Connections {
+        target: list.sessions
+
+        function onRowsRemoved(): void {
+            list.followRenamed();
+        }
+
+        function onModelReset(): void {
+            list.followRenamed();
+        }
+    }
+
+    OnDemandPanel {
+        wanted: list.isRenaming
+        sourceComponent: RenameDialog {
+            editedTitle: list.editedTitle
+            onTitleEdited: title => list.editedTitle = title
+            onSaved: list.renameChat(list.renamedId, list.editedTitle)
+        }
+        onDismissed: list.isRenaming = false
     }
 }

@@ -66,6 +66,11 @@ QUuid SessionListModel::sessionIdAt(int row) const
     return m_rows[static_cast<std::size_t>(row)].id;
 }
 
+bool SessionListModel::hasSession(QUuid id) const
+{
+    return std::ranges::find(m_rows, id, &Row::id) != m_rows.end();
+}
+
 std::vector<SessionListModel::Row> SessionListModel::currentRows() const
 {
     std::vector<Row> rows;

@@ -45,6 +45,9 @@ public:
     /// The identifier of a row, for keyboard selection. @pre 0 <= row < rowCount()
     Q_INVOKABLE QUuid sessionIdAt(int row) const;
 
+    /// Whether a conversation is in the list. One pass over the identifiers.
+    Q_INVOKABLE bool hasSession(QUuid id) const;
+
 Q_SIGNALS:
     void controllerChanged();
     void selectedRowChanged();

@@ -145,7 +145,10 @@ Item {
             Probe.find(content, "SessionList")[0].forceLayout();
             mouseClick(rows(content)[1], 20, 20);
             tryVerify(() => rows(content)[1].isSelected);
-            rows(content)[1].rename("  **Tarifler** ");
+            mouseClick(Probe.find(rows(content)[1], "IconButton")[0]);
+            see("Field", "Sohbet adı").text = "  **Tarifler** ";
+            mouseClick(see("PushButton", "Kaydet"));
+            miss("PushButton", "Kaydet");
             tryVerify(() => rows(content)[1].title === "Tarifler");
             Probe.press(Probe.find(rows(content)[0], "IconButton")[1]);
             tryVerify(() => rows(content).length === 1);

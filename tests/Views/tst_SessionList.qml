@@ -6,7 +6,7 @@ import Talvo.Views
 Item {
     id: scene
 
-    width: 300
+    width: 600
     height: 400
 
     Component {
@@ -22,6 +22,7 @@ Item {
                 id: view
 
                 property var selected: []
+                property var renames: []
 
                 width: 250
                 height: parent.height
@@ -32,6 +33,7 @@ Item {
                     view.selected = view.selected.concat([id]);
                     chats.model.selectChat(id);
                 }
+                onRenameChat: (id, title) => view.renames = view.renames.concat([[id, title]])
             }
 
             ChatFixture {
@@ -63,6 +65,25 @@ Item {
 
         function rows(list) {
             return Probe.find(list, "ChatSessionRow").filter(row => row.visible).sort((one, other) => one.y - other.y);
+        }
+
+        function inWindow(type, name) {
+            return Probe.find(scene.Window.contentItem, type).find(item => item.visible && Probe.name(item) === name);
+        }
+
+        function shownField() {
+            return inWindow("Field", "Sohbet adı");
+        }
+
+        function openDialog(row) {
+            mouseClick(Probe.find(row, "IconButton").find(button => Probe.name(button) === "Sohbeti yeniden adlandır"));
+            tryVerify(() => shownField() !== undefined && shownField().activeFocus);
+            return shownField();
+        }
+
+        function closed(list) {
+            tryCompare(list, "isRenaming", false);
+            tryVerify(() => shownField() === undefined);
         }
 
         function test_arrowsHomeAndEndWalk() {
@@ -118,13 +139,17 @@ Item {
         function test_aRowKeepsItsStateWhileOthersComeAndGo() {
             const list = make(3);
             const row = rows(list)[1];
-            row.editedTitle = "yarım kalmış";
+            const field = openDialog(row);
+            field.text = "yarım kalmış";
             fixture.model.newChat();
             fixture.model.deleteChat(fixture.idAt(3));
             tryVerify(() => rows(list).length === 3);
             compare(rows(list)[2], row);
             compare(row.title, "Sohbet 2");
-            compare(row.editedTitle, "yarım kalmış");
+            compare(shownField(), field);
+            compare(field.text, "yarım kalmış");
+            keyClick(Qt.Key_Escape);
+            closed(list);
         }
 
         function test_aConversationThatIsWrittenInComesToTheTop() {
@@ -132,14 +157,12 @@ Item {
             fixture.storeKey("gsk_deneme");
             keyClick(Qt.Key_End);
             const row = rows(list)[3];
-            row.editedTitle = "yarım kalmış";
             fixture.model.draft = "Soru";
             fixture.model.startSending();
             tryVerify(() => rows(list)[0] === row);
             compare(rows(list).map(other => other.title), ["Sohbet 4", "Sohbet 1", "Sohbet 2", "Sohbet 3"]);
             compare(rows(list).map(other => other.isSelected), [true, false, false, false]);
             compare(list.currentIndex, 0);
-            compare(row.editedTitle, "yarım kalmış");
         }
 
         function test_aRenameShowsInItsRow() {
@@ -147,6 +170,94 @@ Item {
             fixture.model.renameChat(fixture.idAt(1), "Yeni ad");
             tryVerify(() => rows(list)[1].title === "Yeni ad");
             compare(rows(list)[0].title, "Sohbet 1");
+        }
+
+        function test_theDialogBeginsWithTheTitle() {
+            const list = make(2);
+            const field = openDialog(rows(list)[1]);
+            compare(field.text, "Sohbet 2");
+            tryCompare(field, "selectedText", "Sohbet 2");
+            mouseClick(inWindow("PushButton", "Vazgeç"));
+            closed(list);
+        }
+
+        function test_savingPassesTheTextAsTyped_data() {
+            return [{
+                    "tag": "unchanged",
+                    "typed": "Sohbet 2"
+                }, {
+                    "tag": "empty",
+                    "typed": ""
+                }, {
+                    "tag": "blank",
+                    "typed": "   "
+                }, {
+                    "tag": "with blanks around",
+                    "typed": "  Yeni ad "
+                }, {
+                    "tag": "longer than is kept",
+                    "typed": "x".repeat(70)
+                }];
+        }
+
+        function test_savingPassesTheTextAsTyped(data) {
+            const list = make(2);
+            openDialog(rows(list)[1]).text = data.typed;
+            mouseClick(inWindow("PushButton", "Kaydet"));
+            closed(list);
+            compare(list.renames, [[fixture.idAt(1), data.typed]]);
+            compare(rows(list)[1].title, "Sohbet 2", "the title is the controller's");
+        }
+
+        function test_callingOffCallsNothing_data() {
+            return [{
+                    "tag": "button",
+                    "key": 0
+                }, {
+                    "tag": "escape",
+                    "key": Qt.Key_Escape
+                }];
+        }
+
+        function test_callingOffCallsNothing(data) {
+            const list = make(2);
+            openDialog(rows(list)[1]).text = "Başka";
+            if (data.key)
+                keyClick(data.key);
+            else
+                mouseClick(inWindow("PushButton", "Vazgeç"));
+            closed(list);
+            compare(list.renames, []);
+            compare(list.editedTitle, "Başka", "kept until the dialog opens again");
+            compare(openDialog(rows(list)[1]).text, "Sohbet 2");
+            keyClick(Qt.Key_Escape);
+            closed(list);
+        }
+
+        function test_theDialogOutlivesItsRow() {
+            const list = make(60);
+            const id = fixture.idAt(3);
+            const field = openDialog(rows(list)[3]);
+            field.text = "yarım kalmış";
+            list.positionViewAtEnd();
+            tryVerify(() => rows(list).every(row => row.title !== "Sohbet 4"));
+            list.positionViewAtBeginning();
+            compare(shownField(), field);
+            compare(field.text, "yarım kalmış");
+            mouseClick(inWindow("PushButton", "Kaydet"));
+            closed(list);
+            compare(list.renames, [[id, "yarım kalmış"]]);
+        }
+
+        function test_theDialogGoesWithItsConversation() {
+            const list = make(3);
+            openDialog(rows(list)[1]);
+            fixture.model.deleteChat(fixture.idAt(0));
+            tryVerify(() => rows(list).length === 2);
+            compare(list.isRenaming, true);
+            fixture.model.deleteChat(list.renamedId);
+            closed(list);
+            compare(list.renames, []);
         }
 
         function test_isAListForAssistiveTechnology() {

@@ -128,7 +128,11 @@ Item {
 
         function test_aRenamedRowIsNamedByItsIdentity() {
             const sidebar = make(["Bir", "İki"]);
-            rows(sidebar)[1].rename("  Yeni ad ");
+            mouseClick(named(rows(sidebar)[1], "IconButton", "Sohbeti yeniden adlandır"));
+            const inWindow = type => Probe.find(sidebar.Window.contentItem, type);
+            tryVerify(() => inWindow("Field").length === 1);
+            inWindow("Field")[0].text = "  Yeni ad ";
+            mouseClick(inWindow("PushButton").find(button => button.text === "Kaydet"));
             compare(sidebar.calls, ["rename " + fixture.idAt(1) + "   Yeni ad "]);
         }
 
