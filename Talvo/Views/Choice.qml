@@ -2,13 +2,14 @@ import QtQuick
 import QtQuick.Templates as T
 import Talvo.Views
 
-/// One choice out of a list of texts.
+/// One choice out of a list of texts. While it is open it has the keyboard, and then gives it back.
 T.ComboBox {
     id: control
 
     /// What is chosen, for assistive technology.
     required property string label
     property bool opening: false
+    property Item focusBefore: null
 
     function isReturn(event: KeyEvent): bool {
         return (event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && !(event.modifiers & Qt.ControlModifier);
@@ -21,6 +22,7 @@ T.ComboBox {
     topPadding: 5
     bottomPadding: 5
     font: Theme.body
+    focusPolicy: Qt.TabFocus
     hoverEnabled: true
     opacity: control.enabled ? 1 : 0.5
 
@@ -91,6 +93,13 @@ T.ComboBox {
     }
 
     popup: T.Popup {
+        onAboutToShow: {
+            control.focusBefore = control.Window.activeFocusItem;
+            control.forceActiveFocus(Qt.PopupFocusReason);
+        }
+        onClosed: if (control.activeFocus && control.focusBefore)
+            control.focusBefore.forceActiveFocus(Qt.PopupFocusReason)
+
         y: control.height + 4
         width: Math.max(control.width, 220)
         implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding

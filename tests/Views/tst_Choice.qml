@@ -9,6 +9,10 @@ Item {
     width: 400
     height: 300
 
+    Item {
+        id: keyboardHolder
+    }
+
     Component {
         id: choice
 
@@ -61,6 +65,36 @@ Item {
             keyClick(Qt.Key_Escape);
             tryCompare(item.popup, "visible", false);
             compare(item.currentIndex, 1);
+        }
+
+        function test_theMouseLeavesTheKeyboardWhereItWas() {
+            const item = createTemporaryObject(choice, scene);
+            keyboardHolder.forceActiveFocus();
+            mouseClick(item);
+            tryCompare(item.popup, "opened", true);
+            keyClick(Qt.Key_Down);
+            compare(item.highlightedIndex, 1, "an open list has the keyboard");
+            mouseClick(entries()[2]);
+            tryCompare(item.popup, "visible", false);
+            compare(item.currentIndex, 2);
+            verify(keyboardHolder.activeFocus);
+            mouseClick(item);
+            tryCompare(item.popup, "opened", true);
+            keyClick(Qt.Key_Escape);
+            tryCompare(item.popup, "visible", false);
+            verify(keyboardHolder.activeFocus);
+        }
+
+        function test_theKeyboardStaysWithWhatItOpened() {
+            const item = createTemporaryObject(choice, scene);
+            item.forceActiveFocus(Qt.TabFocusReason);
+            verify(item.visualFocus);
+            keyClick(Qt.Key_Space);
+            tryCompare(item.popup, "opened", true);
+            keyClick(Qt.Key_Escape);
+            tryCompare(item.popup, "visible", false);
+            verify(item.activeFocus);
+            verify(item.visualFocus);
         }
 
         function test_isChosenByAssistiveTechnology() {
