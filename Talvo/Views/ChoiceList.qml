@@ -9,6 +9,7 @@ ListView {
     implicitHeight: contentHeight
     clip: true
     highlightMoveDuration: 0
+    highlightResizeDuration: 0
     boundsBehavior: Flickable.StopAtBounds
 
     T.ScrollBar.vertical: ScrollBarV {

@@ -51,6 +51,7 @@ ListView {
     keyNavigationEnabled: false
     highlightFollowsCurrentItem: true
     highlightMoveDuration: 0
+    highlightResizeDuration: 0
     clip: true
     reuseItems: true
 
