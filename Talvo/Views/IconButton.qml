@@ -13,7 +13,6 @@ T.Button {
     property bool prominent: false
     property color iconColor: control.prominent ? Theme.accentText : Theme.textSoft
     property int iconSize: 18
-    property string hint: control.label
 
     implicitWidth: 28
     implicitHeight: 28
@@ -26,6 +25,8 @@ T.Button {
     Accessible.name: control.label
     Accessible.onPressAction: if (control.enabled)
         control.clicked()
+    onVisualFocusChanged: if (control.visualFocus)
+        KeyboardFocus.reveal(control)
     Keys.onReturnPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
     Keys.onEnterPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
 
@@ -64,7 +65,7 @@ T.Button {
 
     HintLoader {
         target: control
-        text: control.hint
+        text: control.label
         wanted: control.hovered && !control.down
     }
 }

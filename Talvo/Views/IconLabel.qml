@@ -8,7 +8,6 @@ Item {
     required property string iconName
     property alias text: label.text
     property alias font: label.font
-    property alias color: label.color
     property color iconColor: label.color
     property int spacing: 8
 

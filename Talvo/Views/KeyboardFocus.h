@@ -2,11 +2,13 @@
 
 #include <QObject>
 #include <QQuickItem>
+#include <QRectF>
 #include <QtQmlIntegration>
 
 namespace Talvo {
 
-/// Who has the keyboard, for views that would like to have it. GUI thread.
+/// Who has the keyboard, for views that would like to have it, and where that can be seen. GUI
+/// thread.
 class KeyboardFocus : public QObject
 {
     Q_OBJECT
@@ -22,6 +24,12 @@ public:
 
     /// Whether the focus is with an item or with something in it. False for null.
     Q_INVOKABLE [[nodiscard]] static bool isWithin(const QQuickItem *item);
+
+    /// Scrolls whatever an item lies in, no farther than needed to bring it into view with a little
+    /// room around it: for what the Tab key has just reached.
+    Q_INVOKABLE static void reveal(QQuickItem *item);
+    /// The same for a part of an item, in the item's coordinates.
+    static void revealPart(QQuickItem *item, const QRectF &part);
 };
 
 } // namespace Talvo

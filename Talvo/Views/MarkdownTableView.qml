@@ -21,6 +21,8 @@ Flickable {
     boundsBehavior: Flickable.StopAtBounds
     clip: overflows
     activeFocusOnTab: overflows
+    onActiveFocusChanged: if (view.activeFocus)
+        KeyboardFocus.reveal(view)
     Keys.onLeftPressed: view.scrollBy(-60)
     Keys.onRightPressed: view.scrollBy(60)
 

@@ -1,5 +1,6 @@
 #include "Views/MarkdownText.h"
 
+#include "Views/KeyboardFocus.h"
 #include "Views/LinkOpener.h"
 
 #include <QCursor>
@@ -166,6 +167,7 @@ bool MarkdownText::goToLink(int step)
     const int start = static_cast<int>(link.start);
     const int end = static_cast<int>(link.start + link.length);
     select(start, end);
+    KeyboardFocus::revealPart(this, positionToRectangle(start) | positionToRectangle(end));
     showHint(link.link, below(start));
     return true;
 }

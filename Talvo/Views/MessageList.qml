@@ -26,6 +26,8 @@ Flickable {
             column.forceLayout();
         }
         list.followStart = list.contentY;
+        // From here even without motion: what does not change would tell nobody.
+        list.followProgress = 0;
         column.isFollowing = true;
         follow.start();
     }

@@ -22,6 +22,8 @@ T.Button {
     Accessible.name: control.text
     Accessible.onPressAction: if (control.enabled)
         control.clicked()
+    onVisualFocusChanged: if (control.visualFocus)
+        KeyboardFocus.reveal(control)
     Keys.onReturnPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
     Keys.onEnterPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Talvo.Views
 
-/// A slim scroll bar that widens under the pointer; shown while there is something to scroll.
+/// A slim scroll bar that gets clearer under the pointer; shown while there is something to scroll.
 T.ScrollBar {
     id: control
 
@@ -11,7 +11,7 @@ T.ScrollBar {
     implicitWidth: control.vertical ? 12 : implicitContentWidth
     implicitHeight: control.vertical ? implicitContentHeight : 12
     padding: 3
-    minimumSize: Math.min(1, 28 / Math.max(1, control.height))
+    minimumSize: Math.min(1, 28 / Math.max(1, control.vertical ? control.height : control.width))
     orientation: Qt.Vertical
     hoverEnabled: true
     visible: control.size < 1

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QPalette>
 #include <QQuickTextDocument>
@@ -54,6 +55,18 @@ Probe::~Probe()
 {
     for (const char *scheme : {"https", "http", "mailto", "file"})
         QDesktopServices::unsetUrlHandler(QLatin1String(scheme));
+}
+
+void Probe::setReducedMotion(Talvo::DesktopAppearance *appearance, bool isReduced) const
+{
+    appearance->take(QStringLiteral("org.gnome.desktop.interface"),
+                     QStringLiteral("enable-animations"), !isReduced);
+}
+
+void Probe::repeatKey(QQuickItem *item, int key) const
+{
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+    QCoreApplication::sendEvent(item->window(), &event);
 }
 
 void Probe::open(const QUrl &url)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Views/DesktopAppearance.h"
+
 #include <QObject>
 #include <QQuickItem>
 #include <QUrl>
@@ -22,6 +24,11 @@ public:
     Q_INVOKABLE QString clipboard() const;
     Q_INVOKABLE QString clipboardHtml() const;
     Q_INVOKABLE void setClipboard(const QString &text) const;
+
+    /// Asks the views for less motion, or for the usual one; `appearance` is the theme's.
+    Q_INVOKABLE void setReducedMotion(Talvo::DesktopAppearance *appearance, bool isReduced) const;
+    /// A key that is held: pressed once more, as the keyboard repeats it.
+    Q_INVOKABLE void repeatKey(QQuickItem *item, int key) const;
 
     /// What assistive technology is told of an item.
     Q_INVOKABLE QString name(QQuickItem *item) const;

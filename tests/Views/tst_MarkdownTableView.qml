@@ -50,6 +50,27 @@ Item {
             return [image.pixel(x, text.y - 2), image.pixel(right, text.y), image.pixel(x, bottom)];
         }
 
+        function test_theScrollBarShowsWhereTheTableStands() {
+            const item = table(["| " + "uzun sütun | ".repeat(12), "|" + "---|".repeat(12)]);
+            verify(item.overflows);
+            const bar = Probe.find(item, "ScrollBarH")[0];
+            fuzzyCompare(bar.visualSize, item.width / item.contentWidth, 0.01);
+            compare(bar.visualPosition, 0);
+            item.scrollBy(10000);
+            fuzzyCompare(bar.visualPosition + bar.visualSize, 1, 0.01);
+        }
+
+        function test_aLinkReachedByKeyboardIsInView() {
+            const cells = Array.from({
+                    "length": 12
+                }, (_, index) => "[bağlantı](http://x.example/" + index + ")").join(" | ");
+            const item = table(["| " + cells + " |", "|" + "---|".repeat(12)]);
+            const last = textsOf(item)[11];
+            last.forceActiveFocus(Qt.BacktabFocusReason);
+            const left = last.mapToItem(item, 0, 0).x;
+            verify(left >= 0 && left + 50 < item.width, left);
+        }
+
         function test_cellsAreBetween140And220Wide() {
             const texts = textsOf(table(["| A | " + "uzun ".repeat(20) + " |", "|---|---|"]));
             compare(texts[0].width, 140);

@@ -292,6 +292,37 @@ Item {
             tryVerify(() => isAtEnd(list));
         }
 
+        function test_followsWithoutMotionToo() {
+            const list = make(many(60));
+            Probe.setReducedMotion(Theme.desktop, true);
+            compare(Theme.duration, 0);
+            list.contentY -= 1500;
+            send("Soru");
+            tryVerify(() => isAtEnd(list));
+            list.contentY -= 300;
+            list.isSending = true;
+            tryVerify(() => isAtEnd(list));
+            fixture.answer(0, "Yanıt. ".repeat(200));
+            tryVerify(() => fixture.messages().length === 62);
+            list.isSending = false;
+            settle(list);
+            tryVerify(() => isAtEnd(list));
+            Probe.setReducedMotion(Theme.desktop, false);
+        }
+
+        function test_aLinkReachedByKeyboardIsInView() {
+            const list = make(["[bir](http://bir.example)\n\n" + "Satır.\n\n".repeat(40) + "[iki](http://iki.example)", "Soru"]);
+            list.contentY = list.startY;
+            settle(list);
+            const links = Probe.find(list, "Talvo::MarkdownText").filter(text => text.activeFocusOnTab);
+            compare(links.length, 2);
+            const isInView = link => link.mapToItem(list, 0, 0).y >= 0 && link.mapToItem(list, 0, link.height).y <= list.height;
+            links[1].forceActiveFocus(Qt.TabFocusReason);
+            verify(isInView(links[1]), links[1].mapToItem(list, 0, 0).y);
+            links[0].forceActiveFocus(Qt.BacktabFocusReason);
+            verify(isInView(links[0]), links[0].mapToItem(list, 0, 0).y);
+        }
+
         function test_staysWhereItIsOtherwise() {
             const list = make(many(60));
             tryVerify(() => isAtEnd(list));

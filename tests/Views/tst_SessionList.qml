@@ -260,6 +260,18 @@ Item {
             compare(list.renames, []);
         }
 
+        function test_aButtonReachedByKeyboardIsInView() {
+            const list = make(60);
+            const isBelow = row => row.y > list.height;
+            tryVerify(() => rows(list).some(isBelow), 5000, "rows are made ahead");
+            const row = rows(list).find(isBelow);
+            const bin = Probe.find(row, "IconButton")[1];
+            bin.forceActiveFocus(Qt.TabFocusReason);
+            verify(bin.visualFocus);
+            const top = bin.mapToItem(list, 0, 0).y;
+            verify(top >= 0 && top + bin.height <= list.height, top);
+        }
+
         function test_isAListForAssistiveTechnology() {
             const list = make(2);
             compare(Probe.role(list), Accessible.List);
