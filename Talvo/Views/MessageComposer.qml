@@ -23,6 +23,20 @@ FocusScope {
             textArea.forceActiveFocus();
     }
 
+    /// A text that came back is gone on with at its end. Compared first: writing a text moves the
+    /// cursor and forgets what could be undone.
+    function showDraft(): void {
+        if (DraftText.of(textArea.textDocument) === composer.draft)
+            return;
+        textArea.text = composer.draft;
+        textArea.cursorPosition = textArea.length;
+    }
+
+    onDraftChanged: composer.showDraft()
+    Component.onCompleted: {
+        composer.showDraft();
+        textArea.cursorPosition = textArea.length;
+    }
     implicitHeight: Math.max(field.height, sendButton.height) + 2 * 16
 
     FontMetrics {
@@ -71,7 +85,6 @@ FocusScope {
 
             focus: true
             enabled: !composer.isSending
-            text: composer.draft
             textFormat: TextEdit.PlainText
             wrapMode: TextEdit.Wrap
             font: Theme.body
@@ -89,9 +102,6 @@ FocusScope {
                 const text = DraftText.of(textArea.textDocument);
                 if (text !== composer.draft)
                     composer.draftEdited(text);
-                else
-                    // A text that came back is gone on with at its end.
-                    textArea.cursorPosition = textArea.length;
             }
             // A disabled item gives up the focus; it is wanted back after the send, unless somebody
             // else has it by then.

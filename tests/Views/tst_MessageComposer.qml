@@ -208,6 +208,16 @@ Item {
             compare(composer.draft, text + "y");
         }
 
+        function test_aNoBreakBlankLeavesTheCursorAndTheUndoAlone() {
+            const composer = make("ab\u00a0cd ef");
+            area(composer).cursorPosition = 1;
+            for (const key of ["x", "y", "z"])
+                keyClick(key);
+            compare(composer.draft, "axyzb\u00a0cd ef");
+            compare(area(composer).cursorPosition, 4);
+            verify(area(composer).canUndo);
+        }
+
         function test_aClickBesideTheTextIsMeantForIt() {
             const composer = make("");
             elsewhere.forceActiveFocus();
