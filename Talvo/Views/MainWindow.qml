@@ -15,6 +15,12 @@ Window {
     title: window.model.hasSelection ? "Talvo Sohbet" : "Talvo"
     color: Theme.window
     visible: true
+    // The bindings end here: a panel of the desktop that appears later, or another screen, does not
+    // undo what the user made of the size.
+    Component.onCompleted: {
+        window.width = window.width;
+        window.height = window.height;
+    }
 
     ContentView {
         anchors.fill: parent
