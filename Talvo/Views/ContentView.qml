@@ -113,7 +113,7 @@ FocusScope {
     OnDemandPanel {
         wanted: contentView.model.hasErrorMessage
         sourceComponent: ErrorAlert {
-            message: contentView.model.errorMessage
+            message: contentView.model.hasErrorMessage ? contentView.model.errorMessage : null
         }
         onDismissed: contentView.model.clearErrorMessage()
     }

@@ -6,16 +6,22 @@ import Talvo.Views
 ModalPanel {
     id: alert
 
-    required property string message
-    /// What is shown: the last message that was one, also while the alert fades out.
+    /// A text, also an empty one; null when there is nothing to say any more.
+    required property var message
+    /// What is shown: the last message that there was, also while the alert fades out.
     property string shownMessage
 
     title: "Bir sorun oluştu"
     description: alert.shownMessage
     defaultButton: okButton
-    onMessageChanged: if (alert.message !== "")
+    onMessageChanged: if (alert.message !== null)
         alert.shownMessage = alert.message
     Component.onCompleted: alert.shownMessage = alert.message
+
+    function scrollBy(distance: real): void {
+        const lowest = flickable.contentHeight - flickable.height;
+        flickable.contentY = Math.max(0, Math.min(flickable.contentY + distance, lowest));
+    }
 
     Flickable {
         id: flickable
@@ -50,6 +56,12 @@ ModalPanel {
             text: "Tamam"
             prominent: true
             focus: true
+            Keys.onUpPressed: alert.scrollBy(-40)
+            Keys.onDownPressed: alert.scrollBy(40)
+            Keys.onPressed: event => {
+                if (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown)
+                    alert.scrollBy(event.key === Qt.Key_PageUp ? -flickable.height : flickable.height);
+            }
             onClicked: alert.close()
         }
     }

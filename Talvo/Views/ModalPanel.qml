@@ -17,8 +17,9 @@ T.Dialog {
 
     property Item focusBefore: null
 
-    function answer(): void {
-        if (panel.defaultButton && panel.defaultButton.enabled)
+    /// A key that is still held from what opened the panel answers nothing.
+    function answer(event: KeyEvent): void {
+        if (panel.defaultButton && panel.defaultButton.enabled && !event.isAutoRepeat)
             panel.defaultButton.clicked();
     }
 
@@ -66,8 +67,8 @@ T.Dialog {
 
     contentItem: Column {
         spacing: panel.spacing
-        Keys.onReturnPressed: panel.answer()
-        Keys.onEnterPressed: panel.answer()
+        Keys.onReturnPressed: event => panel.answer(event)
+        Keys.onEnterPressed: event => panel.answer(event)
     }
 
     background: Rectangle {

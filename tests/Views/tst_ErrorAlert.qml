@@ -86,8 +86,33 @@ Item {
 
         function test_theTextStaysWhileTheAlertFadesOut() {
             const alert = opened("Birinci");
-            alert.message = "";
+            alert.message = null;
             compare(label(alert).text, "Birinci");
+        }
+
+        function test_anEmptySecondMessageReplacesTheFirst() {
+            const alert = opened("Birinci");
+            alert.message = "";
+            compare(label(alert).text, "");
+        }
+
+        function test_aLongMessageIsScrolledByKeys() {
+            const alert = opened("Uzun bir açıklama. ".repeat(400));
+            const view = Probe.find(alert.contentItem, "QQuickFlickable")[0];
+            const end = view.contentHeight - view.height;
+            verify(end > view.height);
+            keyClick(Qt.Key_Down);
+            compare(view.contentY, 40);
+            keyClick(Qt.Key_Up);
+            keyClick(Qt.Key_Up);
+            compare(view.contentY, 0);
+            keyClick(Qt.Key_PageDown);
+            compare(view.contentY, view.height);
+            for (let page = 0; page < 20; ++page)
+                keyClick(Qt.Key_PageDown);
+            compare(view.contentY, end);
+            keyClick(Qt.Key_PageUp);
+            compare(view.contentY, end - view.height);
         }
 
         function test_anEmptyMessageIsShownAsOne() {

@@ -83,6 +83,13 @@ Item {
             compare(dialog.saves, 1);
         }
 
+        function test_aKeyThatIsStillHeldSavesNothing() {
+            const dialog = opened();
+            Probe.repeatKey(field(dialog), Qt.Key_Return);
+            compare(dialog.saves, 0);
+            verify(dialog.visible);
+        }
+
         function test_anEmptyNameCanBeSaved() {
             const dialog = opened();
             keyClick(Qt.Key_Backspace);
