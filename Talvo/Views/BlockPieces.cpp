@@ -14,8 +14,8 @@ constexpr qint64 charactersPerEffort = 200;
 /// An emoji takes as long as this many letters: its glyph is a picture.
 constexpr qint64 charactersPerEmoji = 100;
 
-/// Cells of one piece of a large table.
-constexpr std::size_t tablePiece = 300;
+/// Effort of one piece of a large table.
+constexpr qint64 tablePiece = 300;
 
 /// Laying out one character takes time by the square of its joiners and marks. No writing system
 /// needs characters of this many code units; a text with one is cut into small pieces.
@@ -130,14 +130,6 @@ void cutOff(MarkdownTable::Cell &cell)
     cell.text = std::move(beginning);
 }
 
-std::size_t cellCount(const MarkdownTable &table)
-{
-    std::size_t count = table.headers.size();
-    for (const MarkdownTable::Row &row : table.rows)
-        count += row.cells.size();
-    return count;
-}
-
 const AttributedString *textOf(const MarkdownBlock::Content &content)
 {
     return std::visit(
@@ -177,6 +169,22 @@ qint64 effortOf(const AttributedString &text)
     return 1 + (characters.size() + emoji * charactersPerEmoji) / charactersPerEffort;
 }
 
+qint64 effortOf(const std::vector<MarkdownTable::Cell> &cells)
+{
+    qint64 effort = 0;
+    for (const MarkdownTable::Cell &cell : cells)
+        effort += effortOf(cell.text);
+    return effort;
+}
+
+qint64 effortOf(const MarkdownTable &table)
+{
+    qint64 effort = 1 + effortOf(table.headers);
+    for (const MarkdownTable::Row &row : table.rows)
+        effort += effortOf(row.cells);
+    return effort;
+}
+
 qint64 effortOf(const MarkdownBlock::Content &content)
 {
     return std::visit(
@@ -184,7 +192,7 @@ qint64 effortOf(const MarkdownBlock::Content &content)
             if constexpr (requires { block.text; })
                 return effortOf(block.text);
             else if constexpr (requires { block.rows; })
-                return 1 + static_cast<qint64>(cellCount(block));
+                return effortOf(block);
             else
                 return 1;
         },
@@ -269,16 +277,17 @@ void BlockPieces::addTable(const MarkdownTable &table)
     MarkdownTable piece;
     piece.headers = table.headers;
     std::for_each(piece.headers.begin(), piece.headers.end(), cutOff);
-    const bool isCut = cellCount(table) > largestTable;
-    std::size_t cells = piece.headers.size();
-    for (const MarkdownTable::Row &row : table.rows) {
-        if (isCut && cells > 0 && cells + row.cells.size() > tablePiece) {
+    const bool isCut = effortOf(table) > largestTable;
+    qint64 effort = effortOf(piece.headers);
+    for (MarkdownTable::Row row : table.rows) {
+        std::for_each(row.cells.begin(), row.cells.end(), cutOff);
+        const qint64 more = effortOf(row.cells);
+        if (isCut && effort > 0 && effort + more > tablePiece) {
             add(std::exchange(piece, {}));
-            cells = 0;
+            effort = 0;
         }
-        piece.rows.push_back(row);
-        cells += row.cells.size();
-        std::for_each(piece.rows.back().cells.begin(), piece.rows.back().cells.end(), cutOff);
+        piece.rows.push_back(std::move(row));
+        effort += more;
     }
     add(std::move(piece));
 }

@@ -14,16 +14,16 @@ namespace Talvo {
 /// Blocks of a usual size stay as they are. A text above `longestText` is cut at line ends, else
 /// between words, else between characters; what follows the first piece of a list item is a
 /// paragraph. A text with a character of hundreds of joiners or marks is cut as well, even within
-/// that character. A table with more than `largestTable` cells becomes several, of which only the
-/// first has a header. A single table cell is cut off instead.
+/// that character. A table above `largestTable` becomes several, of which only the first has a
+/// header. A single table cell is cut off instead.
 ///
 /// Immutable once made; any thread.
 class BlockPieces
 {
 public:
-    static constexpr qsizetype longestText = 20'000;   ///< in UTF-16 code units
-    static constexpr qsizetype pieceLength = 5'000;    ///< of a text that is cut, at most
-    static constexpr std::size_t largestTable = 1'500; ///< in cells
+    static constexpr qsizetype longestText = 20'000; ///< in UTF-16 code units
+    static constexpr qsizetype pieceLength = 5'000;  ///< of a text that is cut, at most
+    static constexpr qint64 largestTable = 1'500;    ///< as an effort: one for each short cell
 
     BlockPieces() = default;
     /// Cuts what is above those sizes; linear in the length of the texts.
@@ -36,8 +36,8 @@ public:
     [[nodiscard]] const std::vector<MarkdownBlock> &blocks() const { return m_blocks; }
 
     /// How many pieces from `first` on may be laid out for this much effort: at least one while
-    /// there are any. One is a short block, a table cell, 200 letters or two
-    /// emoji.
+    /// there are any. One is a short block, a short table cell, 200 letters
+    /// or two emoji.
     [[nodiscard]] std::size_t countWithin(std::size_t first, qint64 effort) const;
     /// The same from the piece before `end` backwards.
     [[nodiscard]] std::size_t countBackWithin(std::size_t end, qint64 effort) const;

@@ -163,6 +163,18 @@ TEST(BlockPieces, GivesALargeTableItsHeaderOnce)
     EXPECT_EQ(rows, 1'000U);
 }
 
+TEST(BlockPieces, DividesATableOfLongTexts)
+{
+    const QString cell(15'000, u'x');
+    const BlockPieces pieces = piecesOf(QStringLiteral("| A |\n|---|\n") +
+                                        QStringLiteral("| %1 |\n").arg(cell).repeated(40));
+    EXPECT_GE(pieces.blocks().size(), 10U);
+    EXPECT_EQ(pieces.countWithin(0, 300), 1U) << "its texts take their time";
+    for (const MarkdownBlock &block : pieces.blocks()) {
+        EXPECT_LE(std::get<MarkdownTable>(block.content).rows.size(), 4U);
+    }
+}
+
 TEST(BlockPieces, CutsOffAnEndlessCell)
 {
     const BlockPieces pieces = piecesOf(QStringLiteral("| A |\n|---|\n| ") +
