@@ -77,16 +77,19 @@ QColor DesktopAppearance::blended(const QColor &top, const QColor &bottom)
 
 void DesktopAppearance::take(const QString &space, const QString &key, const QVariant &value)
 {
-    if (space == u"org.freedesktop.appearance" && key == u"color-scheme") {
+    if (space == u"org.freedesktop.appearance" && key == u"color-scheme" &&
+        value.metaType() == QMetaType::fromType<uint>()) {
         // 0 states no preference, 1 dark, 2 light.
-        const int scheme = value.toInt();
+        const uint scheme = value.toUInt();
         m_schemeKnown = scheme == 1 || scheme == 2;
         if (m_schemeKnown)
             update(scheme == 1, m_accent, m_reducedMotion);
         else
             followPalette();
     }
-    if (space == u"org.freedesktop.appearance" && key == u"accent-color")
+    // An invalid colour says that there is none.
+    if (space == u"org.freedesktop.appearance" && key == u"accent-color" &&
+        value.metaType() == QMetaType::fromType<QColor>())
         update(m_dark, value.value<QColor>(), m_reducedMotion);
     if (space == u"org.gnome.desktop.interface" && key == u"enable-animations" &&
         value.metaType() == QMetaType::fromType<bool>())

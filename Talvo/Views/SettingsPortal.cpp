@@ -36,8 +36,9 @@ QVariant colour(const QDBusArgument &argument)
     argument >> red >> green >> blue;
     argument.endStructure();
     const auto isChannel = [](double value) { return value >= 0 && value <= 1; };
+    // As the portal's documentation has it: a colour out of range is none.
     if (!isChannel(red) || !isChannel(green) || !isChannel(blue))
-        return {};
+        return QColor();
     return QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green),
                             static_cast<float>(blue));
 }

@@ -71,7 +71,7 @@ TEST_F(DesktopAppearanceTest, TakesAccentAndMotion)
     EXPECT_FALSE(desktop.hasAccent());
     desktop.take(appearance, QStringLiteral("accent-color"), QColor(Qt::green));
     EXPECT_EQ(desktop.accent(), QColor(Qt::green));
-    desktop.take(appearance, QStringLiteral("accent-color"), QVariant());
+    desktop.take(appearance, QStringLiteral("accent-color"), QColor());
     EXPECT_FALSE(desktop.hasAccent());
 
     const QString gnome = QStringLiteral("org.gnome.desktop.interface");
