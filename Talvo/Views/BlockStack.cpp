@@ -20,7 +20,7 @@ void BlockStack::componentComplete()
 void BlockStack::geometryChange(const QRectF &now, const QRectF &before)
 {
     QQuickItem::geometryChange(now, before);
-    if (!m_fillWidth || now.width() == before.width())
+    if (now.width() == before.width())
         return;
     const QList<QQuickItem *> children = childItems();
     for (QQuickItem *child : children)
@@ -33,11 +33,8 @@ void BlockStack::itemChange(ItemChange change, const ItemChangeData &data)
     QQuickItem::itemChange(change, data);
     if (change == ItemChildAddedChange) {
         // The width first: a text laid out once in its final width costs half of two layouts.
-        if (m_fillWidth)
-            data.item->setWidth(width());
+        data.item->setWidth(width());
         connect(data.item, &QQuickItem::heightChanged, this, &BlockStack::follow);
-        if (!m_fillWidth)
-            connect(data.item, &QQuickItem::widthChanged, this, &BlockStack::follow);
         m_isGrowing = true;
         polish();
     }
@@ -54,35 +51,21 @@ void BlockStack::follow()
         layOut();
 }
 
-qreal BlockStack::extent(const QQuickItem *child) const
-{
-    return m_horizontal ? child->width() : child->height();
-}
-
 void BlockStack::layOut()
 {
     if (!isComponentComplete())
         return;
     m_isGrowing = false;
-    qreal along = 0;
-    qreal across = 0;
+    qreal bottom = 0;
     const QList<QQuickItem *> children = childItems();
     for (QQuickItem *child : children) {
-        const bool takesPlace = extent(child) > 0;
-        along += takesPlace && along > 0 ? m_spacing : 0;
-        // The others keep their order among them all the same.
-        child->setPosition(m_horizontal ? QPointF(along, 0) : QPointF(0, along));
-        if (!takesPlace)
-            continue;
-        along += extent(child);
-        across = std::max(across, m_horizontal ? child->height() : child->width());
+        const bool takesPlace = child->height() > 0;
+        bottom += takesPlace && bottom > 0 ? m_spacing : 0;
+        // Those without a height keep their order among the others all the same.
+        child->setPosition(QPointF(0, bottom));
+        bottom += takesPlace ? child->height() : 0;
     }
-    if (m_horizontal)
-        setImplicitSize(along, across);
-    else if (m_fillWidth)
-        setImplicitHeight(along);
-    else
-        setImplicitSize(across, along);
+    setImplicitHeight(bottom);
     polish();
 }
 
@@ -93,7 +76,7 @@ void BlockStack::updatePolish()
     qreal widest = 0;
     const QList<QQuickItem *> children = childItems();
     for (const QQuickItem *child : children) {
-        if (extent(child) <= 0)
+        if (child->height() <= 0)
             continue;
         const QVariant natural = child->property("naturalWidth");
         widest = std::max(widest, natural.isValid() ? natural.toReal() : child->width());

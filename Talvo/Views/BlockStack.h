@@ -5,19 +5,14 @@
 
 namespace Talvo {
 
-/// Stacks its children downwards or sideways and has its size at once: the positioners of Qt Quick
-/// know theirs only after the next polish, too late for a list that wants final heights when it
-/// creates a row. Children without an extent in the stack's direction take no place. GUI thread.
+/// Stacks its children downwards, each as wide as the stack, and has its height at once: the
+/// positioners of Qt Quick know theirs only after the next polish, too late for a list that wants
+/// final heights when it creates a row. Children without a height take no place. GUI thread.
 class BlockStack : public QQuickItem
 {
     Q_OBJECT
-    QML_ELEMENT
     /// Between two children, in device-independent pixels.
     Q_PROPERTY(qreal spacing MEMBER m_spacing NOTIFY layoutChanged FINAL)
-    /// Side by side instead of one below the other.
-    Q_PROPERTY(bool horizontal MEMBER m_horizontal NOTIFY layoutChanged FINAL)
-    /// Children are made as wide as the stack.
-    Q_PROPERTY(bool fillWidth MEMBER m_fillWidth NOTIFY layoutChanged FINAL)
     /// The widest child's `naturalWidth` (of those that have one; else its width): as much as the
     /// content needs of the stack's width. Up to date when a frame is drawn.
     Q_PROPERTY(qreal naturalWidth READ naturalWidth NOTIFY naturalWidthChanged FINAL)
@@ -32,7 +27,7 @@ Q_SIGNALS:
     void naturalWidthChanged();
 
 protected:
-    /// Gives the children their places, and the stack its size, now.
+    /// Gives the children their places, and the stack its height, now.
     void layOut();
 
     void componentComplete() override;
@@ -43,11 +38,8 @@ protected:
 private:
     /// Takes in that a child's size has changed.
     void follow();
-    [[nodiscard]] qreal extent(const QQuickItem *child) const;
 
     qreal m_spacing = 0;
-    bool m_horizontal = false;
-    bool m_fillWidth = false;
     qreal m_naturalWidth = 0;
     bool m_isGrowing = false; ///< children came, which the next polish lays out all at once
 };

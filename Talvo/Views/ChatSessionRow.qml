@@ -2,9 +2,6 @@ import QtQuick
 import QtQuick.Templates as T
 import Talvo.Views
 
-// Components written in place know the ids around them; the formatter of this Qt version cannot write
-// the pragma that would tell the linter so.
-// qmllint disable unqualified
 // The content is made at once on purpose: the row takes its height from it.
 // qmllint disable deferred-property-id
 

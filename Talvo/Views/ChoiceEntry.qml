@@ -41,7 +41,7 @@ T.ItemDelegate {
             height: 16
             visible: control.chosen
             name: "checkmark"
-            color: control.highlighted ? Theme.accentText : Theme.accent
+            color: control.highlighted ? Theme.accentText : Theme.focus
         }
     }
 }

@@ -17,8 +17,8 @@ class MarkdownText;
 class MarkdownItem : public QQuickItem
 {
     Q_OBJECT
-    /// How much of its width the item needs.
-    Q_PROPERTY(qreal naturalWidth READ naturalWidth NOTIFY implicitHeightChanged FINAL)
+    /// How much of its width the item needs. Read anew for each frame: no signal tells of it.
+    Q_PROPERTY(qreal naturalWidth READ naturalWidth FINAL)
 
 public:
     /// @param parent gives the item its width; never null

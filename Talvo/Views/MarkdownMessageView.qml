@@ -12,7 +12,6 @@ MarkdownBlockStack {
     id: view
 
     spacing: view.literal ? 0 : 10
-    fillWidth: true
     looks: Theme.messageLooks
 
     tableView: MarkdownTableView {

@@ -2,7 +2,7 @@ import QtQuick
 import Talvo.Views
 
 /// A small sign that something is going on: a ring of dots that light up one after the other. It
-/// moves ten times a second, and only while it can be seen.
+/// moves ten times a second, and only while it is visible in a window that is shown.
 SpinnerDots {
     id: spinner
 

@@ -25,27 +25,27 @@ T.Menu {
     margins: 6
 
     TextMenuItem {
-        text: qsTr("Kes")
+        text: "Kes"
         visible: !menu.target.readOnly
         enabled: menu.selected && menu.target.echoMode !== TextInput.Password
         onTriggered: menu.target.cut()
     }
 
     TextMenuItem {
-        text: qsTr("Kopyala")
+        text: "Kopyala"
         enabled: menu.selected && menu.target.echoMode !== TextInput.Password
         onTriggered: menu.target.copy()
     }
 
     TextMenuItem {
-        text: qsTr("Yapıştır")
+        text: "Yapıştır"
         visible: !menu.target.readOnly
         enabled: menu.target.canPaste === true
         onTriggered: menu.target.paste()
     }
 
     TextMenuItem {
-        text: qsTr("Tümünü Seç")
+        text: "Tümünü Seç"
         enabled: menu.target.length > 0
         onTriggered: menu.target.selectAll()
     }
