@@ -2,7 +2,7 @@ pragma Singleton
 import QtQuick
 import Talvo.Views
 
-/// Every font, colour, distance and duration of the interface.
+/// The fonts, colours, distances and durations that views share.
 QtObject {
     id: theme
 
