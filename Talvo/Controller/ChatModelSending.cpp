@@ -10,7 +10,6 @@
 #include "Platform/Text.h"
 
 #include <QCoroFuture>
-#include <QtConcurrent>
 
 #include <algorithm>
 #include <utility>
@@ -83,9 +82,8 @@ QCoro::Task<std::optional<QString>> ChatModel::readKey()
     std::optional<QString> apiKey;
     QString failure = QStringLiteral("Önce Ayarlar’dan Groq API anahtarını kaydet.");
     try {
-        // On a worker: a keyring may ask the user for its password before it answers.
-        QFuture<std::optional<QString>> reading =
-            QtConcurrent::run(&KeychainStore::read, *m_keychain);
+        // Not on this thread: a keyring may ask the user for its password before it answers.
+        QFuture<std::optional<QString>> reading = m_keychain->startReading();
         apiKey = co_await reading;
     } catch (const std::exception &error) {
         failure = localizedDescription(error);

@@ -1,8 +1,11 @@
 #include "Keychain/KeychainStore.h"
 
+#include "Keychain/KeychainThreads.h"
 #include "Keychain/SecretBytes.h"
 
 #include <QStringDecoder>
+#include <QThreadPool>
+#include <QtConcurrentRun>
 
 #include <utility>
 
@@ -93,6 +96,21 @@ void KeychainStore::remove() const
     if (status != KeychainStatuses::itemNotFound) {
         throwUnlessSuccess(status);
     }
+}
+
+QFuture<std::optional<QString>> KeychainStore::startReading() const
+{
+    return QtConcurrent::run(&keychainThreads(), [store = *this] { return store.read(); });
+}
+
+QFuture<void> KeychainStore::startSaving(const QString &key) const
+{
+    return QtConcurrent::run(&keychainThreads(), [store = *this, key] { store.save(key); });
+}
+
+QFuture<void> KeychainStore::startRemoving() const
+{
+    return QtConcurrent::run(&keychainThreads(), [store = *this] { store.remove(); });
 }
 
 } // namespace Talvo

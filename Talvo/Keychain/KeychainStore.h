@@ -3,13 +3,16 @@
 #include "Keychain/KeychainItemOperations.h"
 #include "Platform/LocalizedError.h"
 
+#include <QFuture>
+
 namespace Talvo {
 
 /// Keeps the user's Groq API key as one generic-password item of the system keychain, and nothing
 /// else. A small value: it holds the item's name, never the key.
 ///
-/// The calls are synchronous and may wait for a prompt: callers with a window make them on a
-/// worker.
+/// read(), save() and remove() are synchronous and may wait for a prompt. Who has a window takes
+/// those that return a future: they wait on threads of their own (keychainThreads()), and may
+/// overlap.
 class KeychainStore
 {
 public:
@@ -54,6 +57,13 @@ public:
 
     /// Removes the item; none there is a success as well. Throws KeychainError.
     void remove() const;
+
+    /// read() on another thread. Fails with KeychainError. Never blocks.
+    [[nodiscard]] QFuture<std::optional<QString>> startReading() const;
+    /// save() on another thread. Fails with KeychainError. Never blocks.
+    [[nodiscard]] QFuture<void> startSaving(const QString &key) const;
+    /// remove() on another thread. Fails with KeychainError. Never blocks.
+    [[nodiscard]] QFuture<void> startRemoving() const;
 
 private:
     std::shared_ptr<KeychainItemOperations> m_operations;

@@ -2,8 +2,6 @@
 
 #include "Platform/Text.h"
 
-#include <QtConcurrent>
-
 #include <utility>
 
 namespace Talvo {
@@ -33,14 +31,12 @@ bool KeySettings::canSave() const
 
 void KeySettings::load()
 {
-    await(QtConcurrent::run([keychain = m_keychain] { return keychain.read(); }),
-          [this](const std::optional<QString> &key) {
-              // A keychain that asks for its password takes a while: what was typed meanwhile
-              // stays.
-              if (m_apiKey.isEmpty()) {
-                  setApiKey(key.value_or(QString()));
-              }
-          });
+    await(m_keychain.startReading(), [this](const std::optional<QString> &key) {
+        // A keychain that asks for its password takes a while: what was typed meanwhile stays.
+        if (m_apiKey.isEmpty()) {
+            setApiKey(key.value_or(QString()));
+        }
+    });
 }
 
 void KeySettings::save()
@@ -49,7 +45,7 @@ void KeySettings::save()
         return;
     }
     const QString key = trimmedOfWhitespaceAndNewlines(m_apiKey).toString();
-    await(QtConcurrent::run([keychain = m_keychain, key] { keychain.save(key); }),
+    await(m_keychain.startSaving(key),
           [this] { setStatus(QStringLiteral("API anahtarı güvenle kaydedildi."), false); });
 }
 
@@ -58,7 +54,7 @@ void KeySettings::remove()
     if (!canDelete()) {
         return;
     }
-    await(QtConcurrent::run([keychain = m_keychain] { keychain.remove(); }), [this] {
+    await(m_keychain.startRemoving(), [this] {
         setApiKey({});
         setStatus(QStringLiteral("API anahtarı silindi."), false);
     });

@@ -11,7 +11,7 @@ namespace Talvo {
 /// What the settings sheet does: loads, saves and deletes the API key in the keychain, and says how
 /// it went. One object for each opening of the sheet.
 ///
-/// GUI thread; the keychain itself is asked on a worker, because it may in turn ask the user.
+/// GUI thread; the keychain itself is asked on another, because it may in turn ask the user.
 /// Results that arrive after this object is gone are dropped.
 class KeySettings : public QObject
 {

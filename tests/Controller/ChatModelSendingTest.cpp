@@ -1,6 +1,7 @@
 #include "Controller/ControllerFixture.h"
 
 #include <QSignalSpy>
+#include <QThreadPool>
 
 using namespace Talvo;
 using namespace Talvo::Testing;
@@ -334,4 +335,15 @@ TEST_F(ChatModelSending, theModelMayGoInEveryPhase)
                 << "phase " << phase << ", request " << i - first;
         }
     }
+}
+
+TEST_F(ChatModelSending, aKeyringThatWaitsLeavesTheThreadsOfOthersAlone)
+{
+    items->closeGate();
+    model->setDraft(QStringLiteral("selam"));
+    model->startSending();
+    items->waitForCallAtGate();
+    EXPECT_TRUE(waitUntil([] { return QThreadPool::globalInstance()->activeThreadCount() == 0; }));
+    items->openGate();
+    request(0);
 }

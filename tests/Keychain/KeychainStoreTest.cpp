@@ -1,7 +1,9 @@
 #include "Keychain/KeychainStore.h"
 
 #include "standins/InMemoryItemOperations.h"
+#include "support/EventLoop.h"
 
+#include <QThreadPool>
 #include <QtConcurrent>
 #include <gtest/gtest.h>
 
@@ -233,4 +235,46 @@ TEST_F(KeychainStoreTest, theGateHoldsACallBack)
     EXPECT_FALSE(future.isFinished());
     keychain->openGate();
     EXPECT_EQ(future.result(), QStringLiteral("key"));
+}
+
+TEST_F(KeychainStoreTest, aPromptThatWaitsLeavesTheThreadsOfOthersAlone)
+{
+    keychain->setItem(baseQuery, "key");
+    keychain->closeGate();
+    QThreadPool &shared = *QThreadPool::globalInstance();
+    const qsizetype manyCalls = shared.maxThreadCount() + 1;
+    QList<QFuture<std::optional<QString>>> reading;
+    for (qsizetype i = 0; i < manyCalls; ++i) {
+        reading.append(store.startReading());
+    }
+    // Nor does one of them hold up another.
+    EXPECT_TRUE(Testing::waitUntil([&] { return keychain->calls().size() == manyCalls; }));
+    EXPECT_TRUE(Testing::waitUntil([&] { return shared.activeThreadCount() == 0; }));
+    keychain->openGate();
+    for (const auto &one : reading) {
+        EXPECT_EQ(one.result(), QStringLiteral("key"));
+    }
+}
+
+TEST_F(KeychainStoreTest, whatIsStartedDoesWhatTheCallDoes)
+{
+    store.startSaving(QStringLiteral("key")).waitForFinished();
+    EXPECT_EQ(keychain->item(baseQuery), "key");
+    EXPECT_EQ(store.startReading().result(), QStringLiteral("key"));
+    store.startRemoving().waitForFinished();
+    EXPECT_EQ(keychain->itemCount(), 0);
+    EXPECT_EQ(store.startReading().result(), std::nullopt);
+}
+
+TEST_F(KeychainStoreTest, whatIsStartedFailsWithTheErrorOfTheCall)
+{
+    keychain->script(Operation::copyMatching, KeychainStatuses::authFailed);
+    keychain->script(Operation::update, KeychainStatuses::userCanceled);
+    keychain->script(Operation::remove, KeychainStatuses::notAvailable);
+    const auto read = store.startReading();
+    expectUnhandled(errorOf([&] { std::ignore = read.result(); }), KeychainStatuses::authFailed);
+    auto saving = store.startSaving(QStringLiteral("key"));
+    expectUnhandled(errorOf([&] { saving.waitForFinished(); }), KeychainStatuses::userCanceled);
+    auto removing = store.startRemoving();
+    expectUnhandled(errorOf([&] { removing.waitForFinished(); }), KeychainStatuses::notAvailable);
 }
