@@ -95,12 +95,16 @@ QCoro::Task<> ChatModel::loadArchive()
     if (archive) {
         adopt(std::move(*archive));
     }
-    setErrorMessage(failure ? failure : m_errorMessage);
     setLoadPhase(LoadPhase::ended);
-    if (!failure) {
-        // Its snapshot is taken here, before the deferred operations change anything.
-        saveInBackground();
+    if (failure) {
+        runDeferredOperations();
+        // Behind them, since some begin with taking an error away: the user is to learn why the
+        // conversations are missing.
+        setErrorMessage(failure);
+        co_return;
     }
+    // Its snapshot is taken here, before the deferred operations change anything.
+    saveInBackground();
     runDeferredOperations();
 }
 

@@ -224,3 +224,53 @@ TEST_F(ChatModelLoading, theModelMayGoWhileItLoads)
     settle();
     EXPECT_EQ(saveCount(), 0U);
 }
+
+TEST_F(ChatModelLoading, aFailureIsShownWhateverWasAskedForMeanwhile)
+{
+    storeKey(QStringLiteral("gsk"));
+    const std::function<void()> operations[] = {
+        [this] { model->newChat(); },
+        [this] { model->selectChat(*model->selectedChatID()); },
+        [this] { model->deleteChat(*model->selectedChatID()); },
+        [this] {
+            model->setDraft(QStringLiteral("selam"));
+            model->startSending();
+        },
+    };
+    for (const auto &operation : operations) {
+        makeModel();
+        files->put(QString::fromUtf16(path), "{bozuk");
+        files->hold();
+        model->startLoadingArchive();
+        ASSERT_TRUE(waitUntil([&] { return files->waiting() == 1; }));
+        operation();
+        files->release();
+        ASSERT_TRUE(waitUntil([&] { return !model->isLoadingArchive(); }));
+        ASSERT_TRUE(waitUntil([&] { return !model->isSavingArchive(); }));
+        settle();
+        EXPECT_EQ(model->errorMessage().value_or(QString()).section(u'.', 0, 0) + u'.',
+                  platformFailureText(PlatformFailure::archiveNotValid));
+    }
+}
+
+TEST_F(ChatModelLoading, aLaterFailureTakesThePlaceOfTheLoadsFailure)
+{
+    files->put(QString::fromUtf16(path), "{bozuk");
+    files->breakWriting(PlatformFailure::diskFull);
+    files->hold();
+    model->startLoadingArchive();
+    ASSERT_TRUE(waitUntil([&] { return files->waiting() == 1; }));
+    model->newChat();
+    files->release();
+    EXPECT_TRUE(waitUntil(
+        [&] { return model->errorMessage() == platformFailureText(PlatformFailure::diskFull); }));
+}
+
+TEST_F(ChatModelLoading, aSuccessLeavesAnErrorThatIsShownAlone)
+{
+    model->setErrorMessage(QStringLiteral("eski"));
+    QSignalSpy changes(model.get(), &ChatModel::errorMessageChanged);
+    load();
+    EXPECT_EQ(model->errorMessage(), QStringLiteral("eski"));
+    EXPECT_EQ(changes.count(), 0);
+}
