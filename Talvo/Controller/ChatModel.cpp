@@ -314,17 +314,21 @@ void ChatModel::setSelectedChatID(const std::optional<QUuid> &id)
 
 void ChatModel::setDraft(const QString &draft)
 {
-    if (std::exchange(m_draft, draft) != draft) {
-        Q_EMIT draftChanged();
-        updateCanSend();
+    if (m_draft == draft) {
+        return;
     }
+    m_draft = draft;
+    Q_EMIT draftChanged();
+    updateCanSend();
 }
 
 void ChatModel::setErrorMessage(const std::optional<QString> &message)
 {
-    if (std::exchange(m_errorMessage, message) != message) {
-        Q_EMIT errorMessageChanged();
+    if (m_errorMessage == message) {
+        return;
     }
+    m_errorMessage = message;
+    Q_EMIT errorMessageChanged();
 }
 
 void ChatModel::clearDraftAndError()

@@ -274,3 +274,13 @@ TEST_F(ChatModelLoading, aSuccessLeavesAnErrorThatIsShownAlone)
     EXPECT_EQ(model->errorMessage(), QStringLiteral("eski"));
     EXPECT_EQ(changes.count(), 0);
 }
+
+TEST_F(ChatModelLoading, aTextMayBeSetToItself)
+{
+    model->setErrorMessage(QStringLiteral("hata"));
+    model->setErrorMessage(model->errorMessage());
+    EXPECT_EQ(model->errorMessage(), QStringLiteral("hata"));
+    model->setDraft(QStringLiteral("taslak"));
+    model->setDraft(model->draft());
+    EXPECT_EQ(model->draft(), QStringLiteral("taslak"));
+}
