@@ -16,11 +16,12 @@ namespace Talvo {
 
 namespace {
 
+constexpr auto ownMark = ".talvo-";             // nobody else calls a file this beside the target
 constexpr QByteArrayView uniquePart = "XXXXXX"; // as mkostemp() wants it
 
 QByteArray leadingPart(const QByteArray &target)
 {
-    return "." + nameOf(target) + ".";
+    return "." + nameOf(target) + ownMark;
 }
 
 /// Makes the file; `path` ends in the unique part and gets its real name.

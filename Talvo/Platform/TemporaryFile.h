@@ -10,8 +10,8 @@ namespace Talvo {
 /// A new file beside a target, on its way to replace it: written, synced and renamed over it, or
 /// removed at the end.
 ///
-/// It is called ".<target>.XXXXXX" and has mode 0600. All failures are PlatformError (diskFull,
-/// archiveNotWritable).
+/// It is called ".<target>.talvo-XXXXXX" and has mode 0600. All failures are PlatformError
+/// (diskFull, archiveNotWritable).
 class TemporaryFile
 {
 public:
@@ -27,7 +27,8 @@ public:
     void replaceTarget();
 
     /// Removes what a process that was killed has left of such files for a target. Only regular
-    /// files with a name of this pattern are touched; failures do not matter.
+    /// files with a name of this pattern are touched, so that no backup and no temporary file of
+    /// another program goes with them; failures do not matter.
     static void removeLeftovers(const QByteArray &target);
 
 private:

@@ -426,20 +426,24 @@ TEST_F(FileManagerTest, followsLinksAndReplacesTheRealFile)
 
 TEST_F(FileManagerTest, removesWhatAKilledProcessLeft)
 {
-    const QStringList others = {QStringLiteral(".file.abc"), QStringLiteral(".file.abcdefg"),
-                                QStringLiteral(".file.abc-ef"), QStringLiteral(".other.abcdef"),
-                                QStringLiteral("file.abcdef")};
+    // Backups and the temporary files of other programs among them.
+    const QStringList others = {
+        QStringLiteral(".file.abcdef"),        QStringLiteral(".file.backup"),
+        QStringLiteral(".file.talvo-abc"),     QStringLiteral(".file.talvo-abcdefg"),
+        QStringLiteral(".file.talvo-abc-ef"),  QStringLiteral(".file.talvo_abcdef"),
+        QStringLiteral(".other.talvo-abcdef"), QStringLiteral("file.talvo-abcdef"),
+        QStringLiteral(".file.x.talvo-abcdef")};
     for (const QString &name : others) {
         write(m_directory.filePath(name), "x");
     }
-    write(path(".file.abcdef"), "x");
-    write(path(".file.A1b2C3"), "x");
-    ASSERT_TRUE(QDir().mkdir(path(".file.folder")));
-    ASSERT_TRUE(QFile::link(path("file.abcdef"), path(".file.linked")));
+    write(path(".file.talvo-abcdef"), "x");
+    write(path(".file.talvo-A1b2C3"), "x");
+    ASSERT_TRUE(QDir().mkdir(path(".file.talvo-folder")));
+    ASSERT_TRUE(QFile::link(path("file.talvo-abcdef"), path(".file.talvo-linked")));
     replace(path("file"), "yeni");
     QStringList expected = others;
-    expected << QStringLiteral("file") << QStringLiteral(".file.folder")
-             << QStringLiteral(".file.linked");
+    expected << QStringLiteral("file") << QStringLiteral(".file.talvo-folder")
+             << QStringLiteral(".file.talvo-linked");
     QStringList found = names();
     found.sort();
     expected.sort();

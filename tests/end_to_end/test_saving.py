@@ -135,7 +135,7 @@ class Saving(Scenario):
         self.close()
 
         archive = str(self.archive_path)
-        temporary = rf"{re.escape(str(self.folder))}/\.chat-archive\.json\.\w{{6}}"
+        temporary = rf"{re.escape(str(self.folder))}/\.chat-archive\.json\.talvo-\w{{6}}"
         steps = [
             ("open", rf'openat\(.*"({temporary})", O_RDWR\|O_CREAT\|O_EXCL\|O_CLOEXEC, 0600\)\s+= \d'),
             ("write", rf"write\(\d+<({temporary})>"),
