@@ -10,11 +10,22 @@
 #include "Platform/Text.h"
 
 #include <QCoroFuture>
+#include <QtConcurrentRun>
 
 #include <algorithm>
 #include <utility>
 
 namespace Talvo {
+
+namespace {
+
+/// What is stored as the title for a reply to the title request; empty when nothing is left of it.
+QString titleFromReply(const QByteArray &reply)
+{
+    return storedTitle(cleanTitle(textFromUtf8(reply)));
+}
+
+} // namespace
 
 // A parameter of a coroutine is there until whoever awaits it has gone on, and perhaps ended: so
 // these take the key out of theirs, and none of them keeps a copy when sendText() wipes the last
@@ -158,11 +169,18 @@ QCoro::Task<> ChatModel::generateTitleIfNeeded(QUuid sessionID, ChatMessageList 
     if (!hasDefaultTitle()) {
         co_return;
     }
-    QByteArray reply;
+    QString title;
     try {
         QCoro::Task<QByteArray> completion =
             m_client->complete(conversation, key, m_selectedModel, Prompts::titleInstruction());
-        reply = co_await completion;
+        QByteArray reply = co_await completion;
+        if (!self || m_isClosing) {
+            co_return;
+        }
+        // Not on this thread: nothing bounds what a model answers, and a megabyte takes longer to
+        // clean than the window takes for several frames.
+        QFuture<QString> cleaning = QtConcurrent::run(titleFromReply, std::move(reply));
+        title = co_await cleaning;
     } catch (const std::exception &) {
         // A conversation without a title of its own is no reason to disturb the user; the next
         // exchange asks again.
@@ -171,12 +189,10 @@ QCoro::Task<> ChatModel::generateTitleIfNeeded(QUuid sessionID, ChatMessageList 
     if (!self || m_isClosing) {
         co_return;
     }
-    const QString cleaned = cleanTitle(textFromUtf8(reply));
     // The user may have renamed or lost the conversation meanwhile: that choice stands.
-    if (cleaned.isEmpty() || !hasDefaultTitle()) {
+    if (title.isEmpty() || !hasDefaultTitle()) {
         co_return;
     }
-    const QString title = storedTitle(cleaned);
     if (std::exchange(findSession(sessionID)->title, title) != title) {
         Q_EMIT sessionsChanged();
     }
