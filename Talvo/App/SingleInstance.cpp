@@ -1,5 +1,8 @@
 #include "App/SingleInstance.h"
 
+#include "Platform/FileManager.h"
+#include "Platform/PlatformError.h"
+
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QDir>
@@ -32,6 +35,17 @@ QString socketName(const QString &directory)
     return QStringLiteral("%1/talvo-%2").arg(runtime, QString::fromLatin1(hash));
 }
 
+/// The archive goes below it: what is missing is for the user alone.
+bool isMade(const QString &directory)
+{
+    try {
+        FileManager().createDirectory(directory);
+        return true;
+    } catch (const PlatformError &) {
+        return false; // the first save meets the same obstacle, and the user is told then
+    }
+}
+
 } // namespace
 
 SingleInstance::SingleInstance(const QString &directory, QObject *parent)
@@ -55,7 +69,7 @@ SingleInstance::~SingleInstance()
 
 SingleInstance::LockResult SingleInstance::lock(const QString &directory)
 {
-    if (directory.isEmpty() || !QDir().mkpath(directory)) {
+    if (directory.isEmpty() || !isMade(directory)) {
         return LockResult::impossible;
     }
     const int descriptor =

@@ -214,3 +214,15 @@ TEST_F(SingleInstanceTest, withoutALockTheSocketDecides)
     EXPECT_FALSE(secondIsFirst.result());
     EXPECT_EQ(raised.count(), 1);
 }
+
+TEST_F(SingleInstanceTest, theFoldersThatItMakesAreTheUsersAlone)
+{
+    const QString above = home.filePath(QStringLiteral("local"));
+    const SingleInstance first(above + QStringLiteral("/share"));
+    ASSERT_TRUE(first.isFirst());
+    const auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    const auto asUser = QFile::ReadUser | QFile::WriteUser | QFile::ExeUser;
+    for (const QString &made : {above, above + QStringLiteral("/share")}) {
+        EXPECT_EQ(QFile::permissions(made), ownerOnly | asUser) << qPrintable(made);
+    }
+}
