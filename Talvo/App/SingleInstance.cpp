@@ -3,6 +3,7 @@
 #include "Platform/FileManager.h"
 #include "Platform/PlatformError.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QDir>
@@ -33,6 +34,15 @@ QString socketName(const QString &directory)
                                 .first(16);
     const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     return QStringLiteral("%1/talvo-%2").arg(runtime, QString::fromLatin1(hash));
+}
+
+/// Whether a process can listen on a socket like the one of this directory: in the same folder,
+/// under a name as long.
+bool canListen(const QString &directory)
+{
+    const QString process = QString::number(QCoreApplication::applicationPid());
+    QLocalServer server;
+    return server.listen(socketName(directory + u'/' + process));
 }
 
 /// The archive goes below it: what is missing is for the user alone.
@@ -99,7 +109,9 @@ void SingleInstance::listen()
             Q_EMIT raiseRequested();
         }
     });
-    m_server.listen(m_socketName);
+    if (!m_server.listen(m_socketName)) {
+        qWarning("A second start cannot show this window: %s", qPrintable(m_server.errorString()));
+    }
 }
 
 bool SingleInstance::raiseFirst() const
@@ -112,15 +124,21 @@ bool SingleInstance::raiseFirst() const
 
 bool SingleInstance::succeedWithin(std::chrono::milliseconds patience)
 {
+    if (!canListen(m_directory)) {
+        qWarning("Talvo is running already, and there is no socket to ask it for its window.");
+        return false;
+    }
     const QDeadlineTimer deadline(patience);
     while (!m_isFirst && !deadline.hasExpired()) {
         QThread::msleep(lockIntervalInMilliseconds);
         m_isFirst = lock(m_directory) == LockResult::taken;
     }
-    if (m_isFirst) {
-        listen();
+    if (!m_isFirst) {
+        qWarning("Talvo is running already, and does not answer.");
+        return false;
     }
-    return m_isFirst;
+    listen();
+    return true;
 }
 
 void SingleInstance::stopAnswering()

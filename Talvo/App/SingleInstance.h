@@ -12,7 +12,8 @@ namespace Talvo {
 ///
 /// The first process holds a lock on the directory for as long as it lives, which ends with it
 /// however it ends, and listens on a local socket; a later one finds the lock taken and asks the
-/// first, through the socket, to show its window. Main thread.
+/// first, through the socket, to show its window. Where no socket can be made, the first says so in
+/// the log and a later one is turned away. Main thread.
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -31,7 +32,8 @@ public:
     [[nodiscard]] bool raiseFirst() const;
 
     /// Waits for the first process, which does not answer any more, to end, and takes its place.
-    /// False when it has not ended by then. Blocks.
+    /// False, with a warning in the log, when it has not ended by then. Blocks; but not where no
+    /// socket can be made, since there a process that is in use answers nobody either.
     [[nodiscard]] bool succeedWithin(std::chrono::milliseconds patience);
 
     /// Answers nobody from now on: this process is about to end, and whoever is started now is to

@@ -3,6 +3,7 @@
 #include "support/Awaiting.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFuture>
 #include <QLocalServer>
@@ -225,4 +226,35 @@ TEST_F(SingleInstanceTest, theFoldersThatItMakesAreTheUsersAlone)
     for (const QString &made : {above, above + QStringLiteral("/share")}) {
         EXPECT_EQ(QFile::permissions(made), ownerOnly | asUser) << qPrintable(made);
     }
+}
+
+TEST_F(SingleInstanceTest, whereNoSocketCanBeMadeTheSecondOneDoesNotWait)
+{
+    // Longer than the address of a socket may be.
+    const QString deep = runtime.filePath(QString(120, u'x'));
+    ASSERT_TRUE(QDir().mkdir(deep));
+    ASSERT_TRUE(
+        QFile::setPermissions(deep, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    qputenv("XDG_RUNTIME_DIR", deep.toUtf8());
+    static QStringList warnings;
+    warnings.clear();
+    const QtMessageHandler handler = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &text) { warnings.append(text); });
+    const SingleInstance first(directory());
+    const qsizetype warningsOfTheFirst = warnings.size();
+    SingleInstance second(directory());
+    const bool isRaised = second.raiseFirst();
+    QElapsedTimer waiting;
+    waiting.start();
+    const bool hasSucceeded = second.succeedWithin(10s);
+    const qint64 waited = waiting.elapsed();
+    qInstallMessageHandler(handler);
+
+    EXPECT_TRUE(first.isFirst());
+    EXPECT_FALSE(second.isFirst());
+    EXPECT_FALSE(isRaised);
+    EXPECT_FALSE(hasSucceeded);
+    EXPECT_LT(waited, 5000);
+    EXPECT_EQ(warningsOfTheFirst, 1);
+    EXPECT_EQ(warnings.size(), 2);
 }
