@@ -292,7 +292,7 @@ void ChatModel::close()
 
 void ChatModel::announceClosedIfIdle()
 {
-    if (m_isClosing && m_runningTasks == 0) {
+    if (m_isClosing && m_runningTasks == 0 && !std::exchange(m_hasAnnouncedEnd, true)) {
         Q_EMIT closed();
     }
 }

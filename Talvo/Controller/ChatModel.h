@@ -141,7 +141,8 @@ Q_SIGNALS:
     void memoryChanged();
     /// A reply was added to the selected conversation (for assistive technology).
     void replyArrived(const QString &text);
-    /// After close(): nothing is running any more and everything is saved. The process may end.
+    /// After close(), once: nothing is running any more and everything is saved. The process may
+    /// end.
     void closed();
 
 private:
@@ -206,6 +207,7 @@ private:
     bool m_isAwaitingResponse = false;
     bool m_isReadingKey = false;
     bool m_isClosing = false;
+    bool m_hasAnnouncedEnd = false;
     LoadPhase m_loadPhase = LoadPhase::notStarted;
     std::vector<std::function<void()>> m_deferredOperations;
     int m_runningTasks = 0;

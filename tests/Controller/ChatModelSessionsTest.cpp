@@ -247,3 +247,19 @@ TEST_F(ChatModelSessions, closingAnnouncesItselfAfterTheLastSave)
     ASSERT_TRUE(waitUntil([&] { return closed.count() == 1; }));
     EXPECT_EQ(saveCount(), 2U);
 }
+
+TEST_F(ChatModelSessions, theEndIsAnnouncedOnce)
+{
+    QSignalSpy closed(model.get(), &ChatModel::closed);
+    files->hold();
+    model->newChat();
+    model->newChat();
+    model->newChat();
+    model->close();
+    files->release();
+    ASSERT_TRUE(waitUntil([&] { return !model->isSavingArchive(); }));
+    settle();
+    model->close();
+    settle();
+    EXPECT_EQ(closed.count(), 1);
+}
