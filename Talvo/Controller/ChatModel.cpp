@@ -6,7 +6,10 @@
 #include "Controller/TitleCleaning.h"
 #include "Platform/Text.h"
 
+#include <QCoreApplication>
 #include <QCoroFuture>
+#include <QLoggingCategory>
+#include <QThread>
 #include <QtConcurrent>
 
 #include <algorithm>
@@ -15,6 +18,14 @@
 namespace Talvo {
 
 namespace {
+
+Q_LOGGING_CATEGORY(chatModelLog, "Talvo/ChatModel")
+
+bool isMainThread()
+{
+    const QCoreApplication *const application = QCoreApplication::instance();
+    return !application || application->thread() == QThread::currentThread();
+}
 
 template <class Service>
 std::unique_ptr<Service> orDefault(std::unique_ptr<Service> service)
@@ -40,6 +51,9 @@ ChatModel::ChatModel(Services services, QObject *parent)
 
 ChatModel::~ChatModel()
 {
+    if (!isMainThread()) {
+        qCCritical(chatModelLog, "Torn down on another thread than the main one.");
+    }
     // A cancelled request resumes its coroutine at once: that must not begin the next one.
     m_isClosing = true;
     m_client->cancelRequests();

@@ -60,7 +60,8 @@ public:
     explicit ChatModel(QObject *parent = nullptr);
     /// With these services, and one fresh session with the first greeting.
     explicit ChatModel(Services services, QObject *parent = nullptr);
-    /// Waits for the saves that were started.
+    /// Waits for the saves that were started. On the main thread; elsewhere it is a fault, which
+    /// the log tells under "Talvo/ChatModel".
     ~ChatModel() override;
     Q_DISABLE_COPY_MOVE(ChatModel)
 

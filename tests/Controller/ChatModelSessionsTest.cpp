@@ -2,6 +2,8 @@
 
 #include <QSignalSpy>
 
+#include <thread>
+
 using namespace Talvo;
 using namespace Talvo::Testing;
 
@@ -262,4 +264,23 @@ TEST_F(ChatModelSessions, theEndIsAnnouncedOnce)
     model->close();
     settle();
     EXPECT_EQ(closed.count(), 1);
+}
+
+TEST_F(ChatModelSessions, itsEndOnAnotherThreadIsAFault)
+{
+    static QStringList faults;
+    const auto keepFaults = [](QtMsgType type, const QMessageLogContext &context,
+                               const QString &text) {
+        if (type == QtCriticalMsg) {
+            faults.append(QString::fromLatin1(context.category) + u' ' + text);
+        }
+    };
+    const QtMessageHandler before = qInstallMessageHandler(keepFaults);
+    faults.clear();
+    makeModel();
+    EXPECT_EQ(faults, QStringList());
+    std::thread([this] { model.reset(); }).join();
+    qInstallMessageHandler(before);
+    ASSERT_EQ(faults.size(), 1);
+    EXPECT_TRUE(faults.first().startsWith(QStringLiteral("Talvo/ChatModel ")));
 }
