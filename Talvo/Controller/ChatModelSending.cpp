@@ -44,7 +44,8 @@ QCoro::Task<> ChatModel::send()
         setDraft({});
         co_return;
     }
-    co_await sendText(text, m_draft);
+    QCoro::Task<> sending = sendText(text, m_draft);
+    co_await sending;
 }
 
 /// @param composerText the untrimmed text as it stands in the composer, absent when the text was
@@ -60,7 +61,12 @@ QCoro::Task<> ChatModel::sendText(QString text, std::optional<QString> composerT
     const QUuid sessionID = *m_selectedChatID;
     clearErrorMessage();
     m_isReadingKey = true;
-    std::optional<QString> apiKey = co_await readKey();
+    std::optional<QString> apiKey;
+    {
+        // Ends, with a copy that it may hold, before this one is wiped.
+        QCoro::Task<std::optional<QString>> reading = readKey();
+        apiKey = co_await reading;
+    }
     // The coroutines below share this copy and are done with it by then.
     const WipedAtEnd wiped(apiKey);
     if (!self) {
@@ -82,7 +88,8 @@ QCoro::Task<> ChatModel::sendText(QString text, std::optional<QString> composerT
     QCoro::Task<> saving = appendAndSave(userMessage, sessionID);
     co_await saving;
     if (self && !m_isClosing) {
-        co_await exchange(sessionID, userMessage, *apiKey);
+        QCoro::Task<> exchanging = exchange(sessionID, userMessage, *apiKey);
+        co_await exchanging;
     }
 }
 
@@ -147,11 +154,13 @@ QCoro::Task<> ChatModel::exchange(QUuid sessionID, ChatMessage userMessage, QStr
     }
     ChatMessageList conversation = history;
     conversation.append(assistantMessage);
-    co_await generateTitleIfNeeded(sessionID, conversation, key);
+    QCoro::Task<> titling = generateTitleIfNeeded(sessionID, conversation, key);
+    co_await titling;
     if (!self || m_isClosing) {
         co_return;
     }
-    co_await updateMemory(userMessage, assistantMessage, key);
+    QCoro::Task<> remembering = updateMemory(userMessage, assistantMessage, key);
+    co_await remembering;
     if (self) {
         finishSending();
     }
@@ -196,7 +205,8 @@ QCoro::Task<> ChatModel::generateTitleIfNeeded(QUuid sessionID, ChatMessageList 
     if (std::exchange(findSession(sessionID)->title, title) != title) {
         Q_EMIT sessionsChanged();
     }
-    co_await saveArchive();
+    QCoro::Task<> saving = saveArchive();
+    co_await saving;
 }
 
 QCoro::Task<> ChatModel::updateMemory(ChatMessage userMessage, ChatMessage assistantMessage,
@@ -220,7 +230,8 @@ QCoro::Task<> ChatModel::updateMemory(ChatMessage userMessage, ChatMessage assis
     }
     const QString text = trimmedOfWhitespaceAndNewlines(textFromUtf8(reply)).toString();
     setMemory(isCanonicallyEqual(text, Prompts::emptyMemoryMarker()) ? QString() : text);
-    co_await saveArchive();
+    QCoro::Task<> saving = saveArchive();
+    co_await saving;
 }
 
 /// Gives back the save, which has begun before anything is told to the views: however long they
