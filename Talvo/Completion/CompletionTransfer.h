@@ -32,7 +32,7 @@ public:
     /// What came back: status and body, undecoded.
     struct Answer
     {
-        /// The HTTP status; absent when what came back is not HTTP.
+        /// The HTTP status; absent when the answer has none or breaks the protocol.
         std::optional<int> status;
         QByteArray body; ///< at most `maximumBodySize` bytes
     };

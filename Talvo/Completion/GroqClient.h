@@ -36,13 +36,14 @@ public:
         /// What is wrong with the answer.
         enum class Case {
             api,             ///< a status outside 200 to 299
-            invalidResponse, ///< what came back is not HTTP
+            invalidResponse, ///< an answer without an HTTP status, or against the protocol
             emptyResponse,   ///< no choice, or one without text
         };
 
         /// The service answered with a status outside 200 to 299; `message` is shown as it stands.
         [[nodiscard]] static GroqError api(int statusCode, const QString &message);
-        /// What came back is not HTTP.
+        /// The answer has no HTTP status, or breaks the protocol. A peer that speaks something else
+        /// on the connection is a failed transfer instead (PlatformFailure::connectionLost).
         [[nodiscard]] static GroqError invalidResponse();
         /// The reply holds no text.
         [[nodiscard]] static GroqError emptyResponse();

@@ -20,10 +20,11 @@ public:
     /// The objects and arrays inside each other that are followed.
     static constexpr std::size_t maximumDepth = 512;
 
-    /// Parses; never throws and never reads outside the body. Linear, any thread.
+    /// Parses; never reads outside the body. Linear, any thread. Throws nothing but std::bad_alloc.
     explicit JsonBody(QByteArray body);
 
-    /// The document's outermost value; absent when the body is no JSON.
+    /// The document's outermost value; absent when the body is no JSON, or when there is no memory
+    /// for the parser.
     [[nodiscard]] const std::optional<simdjson::dom::element> &root() const { return m_root; }
 
 private:

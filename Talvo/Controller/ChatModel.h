@@ -20,9 +20,10 @@ namespace Talvo {
 /// text, the sending flags, the error text, the model choice and the memory, drives every exchange
 /// and is the only writer of the archive.
 ///
-/// Confined to the GUI thread. Asynchronous operations suspend only while the store, the keychain
-/// or the service works, and never resume into a controller that is gone. A property notifies only
-/// when its value really changes.
+/// Confined to the GUI thread. Asynchronous operations suspend only while the store, the keychain,
+/// the service or a worker works (which puts a loaded archive in order and cleans a title that the
+/// service gives), and never resume into a controller that is gone. A property notifies only when
+/// its value really changes.
 class ChatModel : public QObject
 {
     Q_OBJECT

@@ -31,8 +31,10 @@ struct KeychainItemQuery
     friend bool operator==(const KeychainItemQuery &, const KeychainItemQuery &) = default;
 };
 
-/// The four item operations of a system keychain. Synchronous, each bounded in time except for a
-/// prompt that the user is looking at; callable from any thread, from several at once.
+/// The four item operations of a system keychain. Synchronous; callable from any thread, from
+/// several at once. An operation takes minutes where the keychain prompts the user: on Linux it is
+/// bounded in time, with and without a prompt (SecretServiceBounds); elsewhere the system bounds
+/// it.
 class KeychainItemOperations
 {
 public:

@@ -4,10 +4,11 @@
 
 namespace Talvo {
 
-/// How long one operation on the Secret Service may take.
+/// How long one operation on the Secret Service may take: its prompts, and what lies before,
+/// between and behind them.
 struct SecretServiceBounds
 {
-    /// Everything that happens without the user, all together.
+    /// What happens without the user, all its calls together; anew after each prompt.
     std::chrono::milliseconds call = std::chrono::seconds(10);
     /// One prompt. Long enough for anybody who looks at it; there is a bound at all because a
     /// service can claim to prompt and show nothing.

@@ -14,7 +14,7 @@ namespace Talvo {
 class SecretServiceItemOperations : public KeychainItemOperations
 {
 public:
-    /// Connects to nothing yet. @param bounds how long each step may take
+    /// Connects to nothing yet. @param bounds how long each operation may take
     explicit SecretServiceItemOperations(const SecretServiceBounds &bounds = {});
 
     [[nodiscard]] Match copyMatching(const KeychainItemQuery &query) override;
