@@ -112,7 +112,7 @@ TEST_F(ChatModelLoading, happensOnce)
     load();
     putArchive(threeSessions());
     model->startLoadingArchive();
-    settle();
+    waitUntilNothingIsUnderWay();
     EXPECT_EQ(model->sessions().size(), 1U);
     EXPECT_EQ(saveCount(), 1U);
 }
@@ -121,8 +121,7 @@ TEST_F(ChatModelLoading, aFailureShowsItsSentenceAndSavesNothing)
 {
     files->put(QString::fromUtf16(path), "{bozuk");
     model->startLoadingArchive();
-    ASSERT_TRUE(waitUntil([&] { return !model->isLoadingArchive(); }));
-    settle();
+    waitUntilNothingIsUnderWay();
     ASSERT_TRUE(model->errorMessage());
     EXPECT_TRUE(
         model->errorMessage()->startsWith(platformFailureText(PlatformFailure::archiveNotValid)));

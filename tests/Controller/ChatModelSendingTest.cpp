@@ -91,7 +91,7 @@ TEST_F(ChatModelSending, aBlankDraftDoesNothing)
     model->setDraft(QStringLiteral(" \n "));
     model->setErrorMessage(QStringLiteral("eski hata"));
     model->startSending();
-    settle();
+    waitUntilNothingIsUnderWay();
     EXPECT_EQ(model->draft(), QStringLiteral(" \n "));
     EXPECT_EQ(model->errorMessage(), QStringLiteral("eski hata"));
     EXPECT_EQ(saveCount(), 1U);
@@ -102,7 +102,7 @@ TEST_F(ChatModelSending, withoutASelectionNothingHappens)
     model->deleteChat(model->sessions()[0].id);
     model->setDraft(QStringLiteral("selam"));
     model->startSending();
-    settle();
+    waitUntilNothingIsUnderWay();
     EXPECT_EQ(model->draft(), QStringLiteral("selam"));
     EXPECT_EQ(network->count(), 0U);
 }
@@ -155,10 +155,12 @@ TEST_F(ChatModelSending, whatIsTypedWhileTheKeyIsReadStays)
     model->setDraft(QStringLiteral("selam"));
     model->startSending();
     model->startSending();
+    EXPECT_EQ(model->draft(), QStringLiteral("selam"));
     model->setDraft(QStringLiteral("selam daha var"));
     items->openGate();
     EXPECT_EQ(messagesOf(request(0)).back().content, QStringLiteral("selam"));
     EXPECT_EQ(model->draft(), QStringLiteral(" daha var"));
+    waitUntilNothingIsUnderWay();
     EXPECT_EQ(network->count(), 1U);
 }
 
@@ -172,8 +174,7 @@ TEST_F(ChatModelSending, aConversationDeletedWhileTheKeyIsReadKeepsTheDraft)
     model->deleteChat(target);
     model->setDraft(QStringLiteral("selam"));
     items->openGate();
-    settle();
-    settle();
+    waitUntilNothingIsUnderWay();
     EXPECT_EQ(model->draft(), QStringLiteral("selam"));
     EXPECT_EQ(network->count(), 0U);
 }
@@ -187,6 +188,7 @@ TEST_F(ChatModelSending, aSessionGoneAfterTheFirstSaveEndsTheSendSilently)
     model->deleteChat(*model->selectedChatID());
     files->release();
     waitForSaves(3);
+    waitUntilNothingIsUnderWay();
     EXPECT_EQ(network->count(), 0U);
     EXPECT_FALSE(model->errorMessage());
     expectFlags(false, false);
@@ -269,7 +271,8 @@ TEST_F(ChatModelSending, sessionOperationsAreRefusedWhileSendingButNotRename)
     model->setDraft(QStringLiteral("başka"));
     EXPECT_FALSE(model->canSend());
     model->startSending();
-    settle();
+    waitUntilNothingIsUnderWay();
+    EXPECT_EQ(model->draft(), QStringLiteral("başka"));
     EXPECT_EQ(network->count(), 1U);
     model->renameChat(other, QStringLiteral("Yeni ad"));
     EXPECT_EQ(model->sessions()[1].title, QStringLiteral("Yeni ad"));

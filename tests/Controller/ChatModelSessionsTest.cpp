@@ -77,7 +77,7 @@ TEST_F(ChatModelSessions, unknownIdentifiersDoNothing)
     model->selectChat(QUuid::createUuid());
     model->deleteChat(QUuid::createUuid());
     model->renameChat(QUuid::createUuid(), QStringLiteral("ad"));
-    settle();
+    waitUntilNothingIsUnderWay();
     EXPECT_EQ(model->sessions(), before);
     EXPECT_EQ(model->draft(), QStringLiteral("kalsın"));
     EXPECT_EQ(saveCount(), 1U);
@@ -97,7 +97,7 @@ TEST_F(ChatModelSessions, renameToNothingChangesNothing)
     for (const auto &title : {QStringLiteral("   "), QStringLiteral("****"), QString()}) {
         model->renameChat(idAt(0), title);
     }
-    settle();
+    waitUntilNothingIsUnderWay();
     EXPECT_EQ(model->sessions()[0].title, QStringLiteral("Bir"));
     EXPECT_EQ(saveCount(), 1U);
 }
@@ -173,7 +173,7 @@ TEST_F(ChatModelSessions, selectModelTakesListedModelsOnly)
     const QSignalSpy changes(model.get(), &ChatModel::selectedModelChanged);
     model->selectModel(QStringLiteral("başka"));
     model->selectModel(model->selectedModel());
-    settle();
+    waitUntilNothingIsUnderWay();
     EXPECT_TRUE(changes.isEmpty());
     EXPECT_EQ(saveCount(), 1U);
     model->selectModel(QStringLiteral("openai/gpt-oss-120b"));

@@ -105,6 +105,12 @@ void ControllerTest::waitUntilIdle()
     settle();
 }
 
+void ControllerTest::waitUntilNothingIsUnderWay()
+{
+    ASSERT_TRUE(waitUntilAtRest(
+        [this] { return !model->isLoadingArchive() && !model->isSavingArchive(); }));
+}
+
 ChatSession session(const QString &title, double updatedAt)
 {
     ChatSession made;

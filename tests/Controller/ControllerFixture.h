@@ -50,6 +50,10 @@ protected:
     /// Answers with a completion that holds this text.
     static void answer(ScriptedReply *reply, const QString &text);
     void waitUntilIdle();
+    /// Waits until all that could be under way has ended: the load, the saves, what reads the key
+    /// or makes a request on a worker, and what follows from each. A request without its answer is
+    /// not waited for. For tests in which nothing may happen.
+    void waitUntilNothingIsUnderWay();
 
     static constexpr const char16_t *path = u"/data/Talvo/chat-archive.json";
 

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QThread>
+#include <QThreadPool>
 
 #include <functional>
 
@@ -33,6 +34,24 @@ inline void settle()
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
+}
+
+/// Waits until the condition holds and the common workers are idle, and what follows from that has
+/// ended too; false when it does not. For a test in which nothing may happen.
+inline bool waitUntilAtRest(const std::function<bool()> &condition)
+{
+    const auto isAtRest = [&condition] {
+        return condition() && QThreadPool::globalInstance()->activeThreadCount() == 0;
+    };
+    // Not just once: the end of one step, which settle() handles, may begin another that is over
+    // before anybody looks.
+    for (int round = 0; round < 3; ++round) {
+        if (!waitUntil(isAtRest)) {
+            return false;
+        }
+        settle();
+    }
+    return true;
 }
 
 } // namespace Talvo::Testing
