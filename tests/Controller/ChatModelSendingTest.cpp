@@ -310,7 +310,11 @@ TEST_F(ChatModelSending, theModelMayGoInEveryPhase)
         }
         model->setDraft(QStringLiteral("selam"));
         model->startSending();
-        settle();
+        if (phase == keyRead) {
+            items->waitForCallAtGate();
+        } else if (phase == firstSave) {
+            ASSERT_TRUE(waitUntil([&] { return files->waiting() == 1; }));
+        }
         if (phase >= reply) {
             ScriptedReply *chat = request(first);
             if (phase == secondSave) {
@@ -318,7 +322,9 @@ TEST_F(ChatModelSending, theModelMayGoInEveryPhase)
             }
             if (phase >= secondSave) {
                 answer(chat, QStringLiteral("yanıt"));
-                settle();
+            }
+            if (phase == secondSave) {
+                ASSERT_TRUE(waitUntil([&] { return files->waiting() == 1; }));
             }
             if (phase >= title) {
                 ScriptedReply *titleRequest = request(first + 1);
