@@ -222,18 +222,35 @@ TEST_F(ChatModelSending, theFlagsAreDownWhenTheErrorShows)
     EXPECT_FALSE(wasSending);
 }
 
-TEST_F(ChatModelSending, theReplyIsKeptExactlyAndMovesTheSessionUp)
+TEST_F(ChatModelSending, theMessageMovesItsSessionUp)
 {
     model->newChat();
     const QUuid older = model->sessions()[1].id;
     model->selectChat(older);
-    beginSend(QStringLiteral("selam"));
     const Instant before = Instant::now();
-    answer(request(0), QStringLiteral("  **yanıt** \n"));
-    request(1);
+    beginSend(QStringLiteral("selam"));
     EXPECT_EQ(model->sessions()[0].id, older);
     EXPECT_GE(model->sessions()[0].updatedAt, before);
-    EXPECT_EQ(QString::fromUtf8(model->selectedMessages().back().content),
+}
+
+TEST_F(ChatModelSending, theReplyIsKeptExactlyAndMovesItsSessionUp)
+{
+    const QUuid asked = *model->selectedChatID();
+    files->hold();
+    model->setDraft(QStringLiteral("selam"));
+    model->startSending();
+    ASSERT_TRUE(waitUntil([&] { return files->waiting() == 1; }));
+    // While the message is being saved another conversation may still come to the top.
+    model->newChat();
+    files->release();
+    ScriptedReply *chat = request(0);
+    ASSERT_EQ(model->sessions()[1].id, asked);
+    const Instant before = Instant::now();
+    answer(chat, QStringLiteral("  **yanıt** \n"));
+    request(1);
+    EXPECT_EQ(model->sessions()[0].id, asked);
+    EXPECT_GE(model->sessions()[0].updatedAt, before);
+    EXPECT_EQ(QString::fromUtf8(model->sessions()[0].messages.back().content),
               QStringLiteral("  **yanıt** \n"));
 }
 

@@ -120,13 +120,15 @@ Item {
             verify(!announcement.visible, "it is over with another conversation");
         }
 
-        function test_aFailureEndsTheWaitAndGivesTheTextBack() {
+        function test_aFailureEndsTheWaitAndLeavesTheTextInTheConversation() {
             const chat = make();
             send(chat, "Nasılsın?");
             fixture.refuse(0, 500, "Olmadı.");
             tryVerify(() => fixture.model.hasErrorMessage);
             verify(!thinkingRow(chat).visible);
             tryVerify(() => area(chat).enabled);
+            compare(fixture.messages()[3], "Nasılsın?");
+            compare(area(chat).text, "", "it is not there twice");
         }
 
         function test_theThinkingRowIsInView() {
