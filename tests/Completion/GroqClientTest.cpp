@@ -5,6 +5,13 @@
 #include <QJsonObject>
 #include <QNetworkCookie>
 #include <QNetworkCookieJar>
+#include <QNetworkProxy>
+#include <QScopeGuard>
+#include <QSemaphore>
+#include <QTcpServer>
+#include <QThreadPool>
+
+#include <set>
 
 using namespace Talvo;
 
@@ -87,6 +94,61 @@ const AnsweredCall answeredCalls[] = {
     {"503", 503, "", {}, Case::api, statusText(503)},
     {"599", 599, page, {}, Case::api, statusText(599)},
     {"999", 999, page, {}, Case::api, statusText(999)},
+};
+
+/// Keeps the common workers busy for as long as it lives: what is handed to them waits.
+class BusyWorkers
+{
+public:
+    BusyWorkers()
+    {
+        m_pool.setMaxThreadCount(1);
+        m_pool.start([this] { m_end.acquire(); });
+    }
+
+    ~BusyWorkers()
+    {
+        m_end.release();
+        m_pool.waitForDone();
+        m_pool.setMaxThreadCount(m_usualThreadCount);
+    }
+    Q_DISABLE_COPY_MOVE(BusyWorkers)
+
+private:
+    QThreadPool &m_pool = *QThreadPool::globalInstance();
+    const int m_usualThreadCount = m_pool.maxThreadCount();
+    QSemaphore m_end;
+};
+
+/// Knows every session on which a request was made while it lives, whoever owns it.
+class UsedSessions : public QObject
+{
+public:
+    UsedSessions() { qApp->installEventFilter(this); }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        auto *session = qobject_cast<QNetworkAccessManager *>(watched);
+        if (session != nullptr && event->type() == QEvent::ChildAdded) {
+            m_sessions.insert(session);
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+    [[nodiscard]] std::size_t count() const { return m_sessions.size(); }
+
+    /// The requests under way on all of them.
+    [[nodiscard]] QList<QNetworkReply *> requests() const
+    {
+        QList<QNetworkReply *> all;
+        for (const auto *session : m_sessions) {
+            all += session->findChildren<QNetworkReply *>();
+        }
+        return all;
+    }
+
+private:
+    std::set<const QNetworkAccessManager *> m_sessions;
 };
 
 } // namespace
@@ -209,11 +271,57 @@ TEST(GroqClient, answersOverlappingCallsEachWithItsOwn)
     EXPECT_EQ(service.requestCount(), static_cast<std::size_t>(count));
 }
 
-TEST(GroqClient, hasAPublicEndpointAndASharedSession)
+TEST(GroqClient, encodesAndDecodesOnWorkers)
 {
+    const LoopbackService service({ScriptedAnswer::http(200, successBody("x"))});
+    const ClientCall call(service);
+    std::optional<BusyWorkers> busy(std::in_place);
+    auto task = call.started();
+    EXPECT_TRUE(call.session->findChildren<QNetworkReply *>().isEmpty()) << "a worker encodes";
+    busy.reset();
+    bool wasDecoded = true;
+    QObject afterwards; // with it goes what is left to look at
+    // The session hears of the end of the answer before the client does.
+    QObject::connect(call.session.get(), &QNetworkAccessManager::finished, &afterwards, [&] {
+        busy.emplace();
+        const auto look = [&] {
+            wasDecoded = task.isReady();
+            busy.reset();
+        };
+        QMetaObject::invokeMethod(&afterwards, look, Qt::QueuedConnection);
+    });
+    ASSERT_TRUE(awaitedCondition([&] { return task.isReady(); }));
+    EXPECT_FALSE(wasDecoded) << "a worker decodes";
+    EXPECT_EQ(endOf(std::move(task)).reply, "x");
+}
+
+TEST(GroqClient, asksThePublicEndpointOnASharedSession)
+{
+    // Where all that would leave this machine goes to: accepted by the system, never by anyone.
+    QTcpServer silent;
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+    silent.pauseAccepting();
+    const auto restoring = qScopeGuard(
+        [usual = QNetworkProxy::applicationProxy()] { QNetworkProxy::setApplicationProxy(usual); });
+    QNetworkProxy::setApplicationProxy(
+        QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), silent.serverPort()));
+
+    const UsedSessions sessions;
     const GroqClient one;
     const GroqClient two;
+    auto first = one.complete({}, ClientCall::testKey(), QStringLiteral("m"), {});
+    auto second = two.complete({}, ClientCall::testKey(), QStringLiteral("m"), {});
+    ASSERT_TRUE(awaitedCondition([&] { return sessions.requests().size() == 2; }));
+    EXPECT_EQ(sessions.count(), 1U);
+    for (const QNetworkReply *request : sessions.requests()) {
+        EXPECT_EQ(request->url().toString(),
+                  QStringLiteral("https://api.groq.com/openai/v1/chat/completions"));
+    }
     one.cancelRequests();
+    EXPECT_FALSE(second.isReady()) << "a client cancels its own requests";
+    two.cancelRequests();
+    EXPECT_EQ(endOf(std::move(first)).failure, PlatformFailure::requestCancelled);
+    EXPECT_EQ(endOf(std::move(second)).failure, PlatformFailure::requestCancelled);
 }
 
 using GroqClientDeathTest = testing::Test;

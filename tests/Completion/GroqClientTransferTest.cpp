@@ -487,14 +487,3 @@ TEST(GroqClientTransfer, recoversAfterALostConnection)
     EXPECT_EQ(call.end().reply, "x");
     EXPECT_EQ(service.requestCount(), 3U);
 }
-
-TEST(GroqClientTransfer, keepsTheEventLoopTurningDuringALargeReply)
-{
-    const LoopbackService service({ScriptedAnswer::http(200, successBodyOfSize(bound))});
-    int ticks = 0;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, [&ticks] { ++ticks; });
-    timer.start(1ms);
-    EXPECT_TRUE(ClientCall(service).end().reply);
-    EXPECT_GT(ticks, 1);
-}
