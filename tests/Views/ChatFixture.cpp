@@ -107,9 +107,19 @@ QUuid ChatFixture::idAt(int index) const
     return m_model->sessions().at(static_cast<std::size_t>(index)).id;
 }
 
+void ChatFixture::waitUntilAtRest() const
+{
+    const auto isAtRest = [this] {
+        return !m_model->isLoadingArchive() && !m_model->isSavingArchive();
+    };
+    if (!Testing::waitUntilAtRest(isAtRest)) {
+        qFatal("Something that was started has not ended.");
+    }
+}
+
 int ChatFixture::saveCount() const
 {
-    settle();
+    waitUntilAtRest();
     return static_cast<int>(m_files->saves().size());
 }
 

@@ -44,6 +44,9 @@ public:
     Q_INVOKABLE QUuid idAt(int index) const;
     Q_INVOKABLE void setError(const QString &message) { m_model->setErrorMessage(message); }
 
+    /// Waits until everything that was started is done: loads, saves, what the keychain was asked,
+    /// and what follows from each. A request without its answer is not waited for.
+    Q_INVOKABLE void waitUntilAtRest() const;
     /// How often the archive was saved, once everything that was started is done.
     Q_INVOKABLE int saveCount() const;
 
