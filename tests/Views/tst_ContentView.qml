@@ -265,7 +265,7 @@ Item {
             const field = see("SecretField", "gsk_…");
             tryVerify(() => field.activeFocus);
             keyClick(Qt.Key_Return, Qt.ControlModifier);
-            wait(0);
+            fixture.waitUntilAtRest();
             compare(fixture.model.draft, "Soru");
             compare(fixture.requestCount(), 0);
         }
