@@ -54,9 +54,7 @@ Item {
 
         function openedEmpty() {
             const sheet = opened();
-            enter(sheet, "x");
-            tryVerify(() => button(sheet, "Kaydet").enabled);
-            enter(sheet, "");
+            fixture.waitUntilAtRest();
             return sheet;
         }
 
