@@ -277,19 +277,56 @@ Item {
             verify(seen > 10, "a view full of items was passed: " + seen);
         }
 
+        /// Waits until the list has followed to its end and rests there.
+        function restAtEnd(list) {
+            const column = Probe.find(list, "Talvo::MessageColumn")[0];
+            tryVerify(() => !column.isFollowing && isAtEnd(list));
+        }
+
+        function goAway(list) {
+            restAtEnd(list);
+            list.scrollByPages(-3);
+            settle(list);
+            verify(!isAtEnd(list));
+        }
+
         function test_followsTheMessageTheThinkingRowAndTheReply() {
             const list = make(many(60));
-            list.contentY -= 1500;
-            send("Soru");
-            tryVerify(() => isAtEnd(list));
-            list.isSending = true;
-            tryVerify(() => isAtEnd(list));
             const thinking = Probe.find(list, "ThinkingRow")[0];
-            tryVerify(() => thinking.mapToItem(list, 0, thinking.height).y <= list.height);
+            goAway(list);
+            send("Soru");
+            restAtEnd(list);
+            goAway(list);
+            list.isSending = true;
+            restAtEnd(list);
+            verify(thinking.mapToItem(list, 0, thinking.height).y <= list.height);
+            goAway(list);
             fixture.answer(0, "Yanıt. ".repeat(200));
             tryVerify(() => fixture.messages().length === 62);
+            restAtEnd(list);
+            goAway(list);
             list.isSending = false;
-            tryVerify(() => isAtEnd(list));
+            restAtEnd(list);
+        }
+
+        function test_aUserWhoScrollsUpMeanwhileIsNotBroughtBackBeforeTheReply() {
+            const list = make(many(60));
+            const column = Probe.find(list, "Talvo::MessageColumn")[0];
+            send("Soru");
+            restAtEnd(list);
+            list.isSending = true;
+            tryVerify(() => column.isFollowing);
+            mouseWheel(list, 100, 100, 0, 1200);
+            tryVerify(() => !column.isFollowing && !list.moving);
+            settle(list);
+            verify(!isAtEnd(list));
+            const before = list.contentY;
+            fixture.model.draft = "Sonraki soru";
+            wait(0);
+            compare(list.contentY, before);
+            fixture.answer(0, "Yanıt. ".repeat(200));
+            tryVerify(() => fixture.messages().length === 62);
+            restAtEnd(list);
         }
 
         function test_followsWithoutMotionToo() {
