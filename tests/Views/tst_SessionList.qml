@@ -33,6 +33,7 @@ Item {
                     view.selected = view.selected.concat([id]);
                     chats.model.selectChat(id);
                 }
+                onDeleteChat: id => chats.model.deleteChat(id)
                 onRenameChat: (id, title) => view.renames = view.renames.concat([[id, title]])
             }
 
@@ -113,6 +114,9 @@ Item {
             keyClick(Qt.Key_Delete);
             keyClick(Qt.Key_Backspace);
             compare(fixture.titles(), ["Sohbet 1", "Sohbet 2"]);
+            const bin = Probe.find(rows(list)[0], "IconButton").find(button => Probe.name(button) === "Sohbeti sil");
+            mouseClick(bin);
+            compare(fixture.titles(), ["Sohbet 2"], "as its button does");
         }
 
         function test_onlyTheSelectedRowIsMarked() {
