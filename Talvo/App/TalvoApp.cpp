@@ -163,6 +163,7 @@ int run(int argc, char **argv, const AppSetup &setup)
     QObject::connect(window, &QWindow::visibleChanged, &model, [&](bool isVisible) {
         if (!isVisible) {
             instance.stopAnswering();
+            services.keychain.stopPrompts();
             model.close();
         }
     });

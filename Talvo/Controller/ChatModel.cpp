@@ -301,6 +301,7 @@ void ChatModel::close()
 {
     m_isClosing = true;
     m_client->cancelRequests();
+    m_keychain->stopPrompts();
     announceClosedIfIdle();
 }
 

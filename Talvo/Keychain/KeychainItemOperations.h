@@ -59,6 +59,9 @@ public:
                                                 const QByteArray &data) = 0;
     /// Removes the item; itemNotFound when there is none.
     [[nodiscard]] virtual KeychainStatus remove(const KeychainItemQuery &query) = 0;
+    /// Takes back the prompts that are open, and those that would follow: nobody is left who wants
+    /// to know. Their operations end soon, as failures. Does nothing where the system has no way.
+    virtual void stopPrompts() {}
 };
 
 /// The operations of this system: Secret Service on Linux, the Security framework on macOS.

@@ -1,6 +1,6 @@
 #include "Keychain/KeychainStore.h"
 
-#include "Keychain/KeychainThreads.h"
+#include "Platform/WaitingThreads.h"
 #include "Keychain/SecretBytes.h"
 
 #include <QStringDecoder>
@@ -98,19 +98,24 @@ void KeychainStore::remove() const
     }
 }
 
+void KeychainStore::stopPrompts() const
+{
+    m_operations->stopPrompts();
+}
+
 QFuture<std::optional<QString>> KeychainStore::startReading() const
 {
-    return QtConcurrent::run(&keychainThreads(), [store = *this] { return store.read(); });
+    return QtConcurrent::run(&waitingThreads(), [store = *this] { return store.read(); });
 }
 
 QFuture<void> KeychainStore::startSaving(const QString &key) const
 {
-    return QtConcurrent::run(&keychainThreads(), [store = *this, key] { store.save(key); });
+    return QtConcurrent::run(&waitingThreads(), [store = *this, key] { store.save(key); });
 }
 
 QFuture<void> KeychainStore::startRemoving() const
 {
-    return QtConcurrent::run(&keychainThreads(), [store = *this] { store.remove(); });
+    return QtConcurrent::run(&waitingThreads(), [store = *this] { store.remove(); });
 }
 
 } // namespace Talvo

@@ -11,7 +11,7 @@ namespace Talvo {
 /// else. A small value: it holds the item's name, never the key.
 ///
 /// read(), save() and remove() are synchronous and may wait for a prompt. Who has a window takes
-/// those that return a future: they wait on threads of their own (keychainThreads()), and may
+/// those that return a future: they wait on threads of their own (waitingThreads()), and may
 /// overlap.
 class KeychainStore
 {
@@ -64,6 +64,10 @@ public:
     [[nodiscard]] QFuture<void> startSaving(const QString &key) const;
     /// remove() on another thread. Fails with KeychainError. Never blocks.
     [[nodiscard]] QFuture<void> startRemoving() const;
+
+    /// For when nobody is left to be told: prompts that are open are taken back, also those of
+    /// copies of this store, and operations that want one fail. Any thread; never blocks.
+    void stopPrompts() const;
 
 private:
     std::shared_ptr<KeychainItemOperations> m_operations;

@@ -9,6 +9,7 @@
 
 #include <memory>
 #include <tuple>
+#include <utility>
 
 namespace Talvo {
 
@@ -36,8 +37,10 @@ SecretServiceConnection::ThreadContext::~ThreadContext()
     g_main_context_unref(m_context);
 }
 
-SecretServiceConnection::SecretServiceConnection(const SecretServiceBounds &bounds)
+SecretServiceConnection::SecretServiceConnection(const SecretServiceBounds &bounds,
+                                                 std::stop_token prompts)
     : m_bounds(bounds)
+    , m_prompts(std::move(prompts))
     , m_deadline(bounds.call)
     , m_connection(connected())
 {
@@ -104,7 +107,7 @@ GVariantPointer SecretServiceConnection::perform(const QByteArray &promptPath)
     std::ignore = call(promptPath, "Prompt", "Prompt", g_variant_new("(s)", ""), "()");
 
     m_deadline.restart(m_bounds.prompt + m_bounds.call);
-    const SecretServicePrompt::Outcome outcome = prompt.wait(m_bounds.prompt);
+    const SecretServicePrompt::Outcome outcome = prompt.wait(m_bounds.prompt, m_prompts);
     m_deadline.restart(m_bounds.call);
 
     switch (outcome) {

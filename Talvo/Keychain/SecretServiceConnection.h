@@ -6,6 +6,8 @@
 
 #include <QByteArray>
 
+#include <stop_token>
+
 using SecretService = struct _SecretService; // NOLINT(bugprone-reserved-identifier): libsecret's
 
 namespace Talvo {
@@ -20,7 +22,8 @@ class SecretServiceConnection
 {
 public:
     /// Connects, starts the service where the bus can, and opens the session.
-    explicit SecretServiceConnection(const SecretServiceBounds &bounds);
+    /// @param prompts stopped when prompts have no use any more
+    SecretServiceConnection(const SecretServiceBounds &bounds, std::stop_token prompts);
     ~SecretServiceConnection();
     Q_DISABLE_COPY_MOVE(SecretServiceConnection)
 
@@ -64,6 +67,7 @@ private:
     void openSession();
 
     SecretServiceBounds m_bounds;
+    std::stop_token m_prompts;
     CancellingDeadline m_deadline;
     GObjectPointer<GDBusConnection> m_connection;
     ThreadContext m_context; ///< after the connection, which other threads may use as well

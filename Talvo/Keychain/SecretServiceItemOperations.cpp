@@ -222,7 +222,7 @@ SecretServiceItemOperations::copyMatching(const KeychainItemQuery &query)
 {
     Match match;
     match.status = statusOf([&] {
-        SecretServiceConnection service(m_bounds);
+        SecretServiceConnection service(m_bounds, m_prompts.get_token());
         FoundItems found = find(service, query);
         found.paths = found.paths.first(std::min(found.paths.size(), qsizetype(1)));
         return forEachItem(found, [&](const QByteArray &item) {
@@ -239,7 +239,7 @@ KeychainStatus SecretServiceItemOperations::add(const KeychainItemQuery &query,
                                                 const QByteArray &data)
 {
     return statusOf([&] {
-        SecretServiceConnection service(m_bounds);
+        SecretServiceConnection service(m_bounds, m_prompts.get_token());
         QByteArray collection = defaultCollection(service);
         if (collection == noObject) {
             collection = createDefaultCollection(service);
@@ -255,7 +255,7 @@ KeychainStatus SecretServiceItemOperations::update(const KeychainItemQuery &quer
                                                    const QByteArray &data)
 {
     return statusOf([&] {
-        SecretServiceConnection service(m_bounds);
+        SecretServiceConnection service(m_bounds, m_prompts.get_token());
         const FoundItems found = find(service, query);
         unlockAll(service, found);
         return forEachItem(found, [&](const QByteArray &item) { setSecret(service, item, data); });
@@ -265,11 +265,16 @@ KeychainStatus SecretServiceItemOperations::update(const KeychainItemQuery &quer
 KeychainStatus SecretServiceItemOperations::remove(const KeychainItemQuery &query)
 {
     return statusOf([&] {
-        SecretServiceConnection service(m_bounds);
+        SecretServiceConnection service(m_bounds, m_prompts.get_token());
         const FoundItems found = find(service, query);
         unlockAll(service, found);
         return forEachItem(found, [&](const QByteArray &item) { removeItem(service, item); });
     });
+}
+
+void SecretServiceItemOperations::stopPrompts()
+{
+    m_prompts.request_stop();
 }
 
 std::shared_ptr<KeychainItemOperations> systemKeychainItemOperations()

@@ -3,6 +3,8 @@
 #include "Keychain/KeychainItemOperations.h"
 #include "Keychain/SecretServiceBounds.h"
 
+#include <stop_token>
+
 namespace Talvo {
 
 /// The item operations on the freedesktop.org Secret Service (GNOME Keyring, KWallet, KeePassXC):
@@ -23,9 +25,11 @@ public:
     [[nodiscard]] KeychainStatus update(const KeychainItemQuery &query,
                                         const QByteArray &data) override;
     [[nodiscard]] KeychainStatus remove(const KeychainItemQuery &query) override;
+    void stopPrompts() override;
 
 private:
     SecretServiceBounds m_bounds;
+    std::stop_source m_prompts;
 };
 
 } // namespace Talvo

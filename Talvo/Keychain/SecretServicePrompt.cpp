@@ -8,7 +8,8 @@ namespace {
 
 using SourcePointer = std::unique_ptr<GSource, FreedBy<g_source_unref>>;
 
-/// How often to see whether the bus is still there: its end is told to another thread.
+/// How often to see whether the prompt is still wanted and the bus still there: both are told to
+/// another thread.
 constexpr guint tick = 250; // milliseconds
 
 gboolean keepTicking(gpointer)
@@ -37,14 +38,16 @@ SecretServicePrompt::~SecretServicePrompt()
     g_dbus_connection_signal_unsubscribe(m_connection, m_ownerSubscription);
 }
 
-SecretServicePrompt::Outcome SecretServicePrompt::wait(std::chrono::milliseconds bound)
+SecretServicePrompt::Outcome SecretServicePrompt::wait(std::chrono::milliseconds bound,
+                                                       const std::stop_token &stop)
 {
     const auto end = std::chrono::steady_clock::now() + bound;
     GMainContext *const context = g_main_context_get_thread_default();
     const SourcePointer ticks(g_timeout_source_new(tick));
     g_source_set_callback(ticks.get(), keepTicking, nullptr, nullptr);
     g_source_attach(ticks.get(), context);
-    while (m_outcome == Outcome::pending && std::chrono::steady_clock::now() < end) {
+    while (m_outcome == Outcome::pending && !stop.stop_requested() &&
+           std::chrono::steady_clock::now() < end) {
         g_main_context_iteration(context, TRUE);
         if (g_dbus_connection_is_closed(m_connection) != 0) {
             finish(Outcome::serviceGone);

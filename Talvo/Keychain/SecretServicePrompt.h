@@ -5,6 +5,7 @@
 #include <QByteArray>
 
 #include <chrono>
+#include <stop_token>
 
 namespace Talvo {
 
@@ -27,8 +28,9 @@ public:
         serviceGone, ///< the process that shows it has left the bus
     };
 
-    /// Waits until the prompt has ended, no longer than `bound`: then it is still pending.
-    [[nodiscard]] Outcome wait(std::chrono::milliseconds bound);
+    /// Waits until the prompt has ended, no longer than `bound` and not much longer than until the
+    /// stop is requested: then it is still pending.
+    [[nodiscard]] Outcome wait(std::chrono::milliseconds bound, const std::stop_token &stop);
 
     /// What the completed prompt brought, its type depends on what it was for; else null.
     [[nodiscard]] GVariantPointer takeResult() { return std::move(m_result); }

@@ -21,7 +21,7 @@ bool waitForService()
     const QDeadlineTimer end(10'000);
     while (!end.hasExpired()) {
         try {
-            const SecretServiceConnection service(SecretServiceBounds{});
+            const SecretServiceConnection service({}, {});
             return true;
         } catch (const SecretServiceFailure &) {
             QThread::msleep(10); // not there yet

@@ -54,7 +54,7 @@ protected:
     /// Puts an item with the store's attributes there, beside what there is already.
     void createItem(const QByteArray &collection, const QByteArray &data)
     {
-        SecretServiceConnection service(SecretServiceBounds{});
+        SecretServiceConnection service({}, {});
         GVariantBuilder properties;
         g_variant_builder_init(&properties, G_VARIANT_TYPE_VARDICT);
         g_variant_builder_add(&properties, "{sv}", "org.freedesktop.Secret.Item.Label",
@@ -70,7 +70,7 @@ protected:
     /// How many items have the store's attributes, locked ones included.
     [[nodiscard]] gsize itemCount() const
     {
-        SecretServiceConnection service(SecretServiceBounds{});
+        SecretServiceConnection service({}, {});
         const auto reply = service.call(
             servicePath, "Service", "SearchItems",
             g_variant_new_parsed("({'service': 'com.talvo.groq', 'account': 'groq-api-key'},)"),
@@ -82,7 +82,7 @@ protected:
 
     void lock(const QByteArray &collection) const
     {
-        SecretServiceConnection service(SecretServiceBounds{});
+        SecretServiceConnection service({}, {});
         const auto reply =
             service.call(servicePath, "Service", "Lock",
                          g_variant_new_parsed("([%o],)", collection.constData()), "(aoo)");

@@ -231,6 +231,22 @@ TEST_F(SecretServiceTest, aPromptHoldsUpNoOtherThread)
     EXPECT_EQ(prompted.result(), KeychainStatuses::success);
 }
 
+TEST_F(SecretServiceTest, aPromptIsTakenBackWhenNobodyWantsItAnyMore)
+{
+    service->reply("SearchItems", lockedItem);
+    service->reply("Unlock", wantsPrompt);
+    service->endPrompt(PromptEnd::never);
+    SecretServiceItemOperations keychain({.call = 1h, .prompt = 1h});
+    auto prompted = QtConcurrent::run([&] { return keychain.copyMatching(baseQuery).status; });
+    service->waitForCall("Prompt");
+    EXPECT_FALSE(wasCalled("Dismiss"));
+    keychain.stopPrompts();
+    EXPECT_EQ(prompted.result(), KeychainStatuses::interactionNotAllowed);
+    EXPECT_TRUE(wasCalled("Dismiss"));
+    EXPECT_EQ(keychain.copyMatching(baseQuery).status, KeychainStatuses::interactionNotAllowed)
+        << "nor is one waited for that comes later";
+}
+
 TEST_F(SecretServiceTest, aServiceThatGoesDuringThePromptIsNotAvailable)
 {
     auto prompted = readUpToThePrompt();
