@@ -7,11 +7,14 @@
 #include "Completion/RequestCancellation.h"
 #include "Platform/SecretMemory.h"
 #include "Platform/Text.h"
+#include "Platform/WaitingThreads.h"
 
 #include <QCoroFuture>
 #include <QCoroNetworkReply>
 #include <QNetworkAccessManager>
+#include <QNetworkProxy>
 #include <QSslConfiguration>
+#include <QThreadPool>
 #include <QtConcurrent>
 
 #include <algorithm>
@@ -48,6 +51,14 @@ QSslConfiguration verifiedTls()
     configuration.setProtocol(QSsl::TlsV1_2OrLater);
     configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
     return configuration;
+}
+
+/// What the desktop's settings name for the endpoint. They may name a script on a server that says
+/// nothing, and the search for it has no bound of its own.
+QNetworkProxy proxyFor(const QUrl &endpoint)
+{
+    return QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(endpoint))
+        .value(0, QNetworkProxy::NoProxy);
 }
 
 /// The value of the one header that carries the key.
@@ -215,18 +226,28 @@ QCoro::Task<QByteArray> GroqClient::complete(ChatMessageList messages, QString a
     QNetworkRequest request = postRequest(m_endpoint, apiKey);
     apiKey.clear();
 
-    QByteArray body = co_await QtConcurrent::run(encodedRequest, std::move(messages),
-                                                 std::move(model), std::move(systemPrompt));
+    QFuture<QByteArray> encoding = QtConcurrent::run(encodedRequest, std::move(messages),
+                                                     std::move(model), std::move(systemPrompt));
+    QByteArray body = co_await encoding;
     cancellation.throwIfCancelled();
 
-    CompletionTransfer::Answer received = co_await answer(
+    // A session that has to find it by itself does so on this thread.
+    QFuture<QNetworkProxy> finding =
+        QtConcurrent::run(&waitingThreads(), proxyFor, request.url());
+    const QNetworkProxy proxy = co_await finding;
+    cancellation.throwIfCancelled();
+    session->setProxy(proxy);
+
+    QCoro::Task<CompletionTransfer::Answer> exchange = answer(
         session, std::exchange(request, {}), std::move(body), idleTimeout, cancellation);
+    CompletionTransfer::Answer received = co_await exchange;
     if (!received.status) {
         throw GroqError::invalidResponse();
     }
 
-    QByteArray text =
-        co_await QtConcurrent::run(replyText, *received.status, std::move(received.body));
+    QFuture<QByteArray> decoding =
+        QtConcurrent::run(replyText, *received.status, std::move(received.body));
+    QByteArray text = co_await decoding;
     cancellation.throwIfCancelled();
     co_return text;
 }

@@ -1,4 +1,5 @@
 #include "Completion/ClientCall.h"
+#include "Platform/WaitingThreads.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -292,6 +293,40 @@ TEST(GroqClient, encodesAndDecodesOnWorkers)
     });
     ASSERT_TRUE(awaitedCondition([&] { return task.isReady(); }));
     EXPECT_FALSE(wasDecoded) << "a worker decodes";
+    EXPECT_EQ(endOf(std::move(task)).reply, "x");
+}
+
+/// Says what the desktop's settings say about proxies, in place of them and as late as it is told.
+class SlowProxySettings : public QNetworkProxyFactory
+{
+public:
+    explicit SlowProxySettings(std::shared_ptr<QSemaphore> answers)
+        : m_answers(std::move(answers))
+    {
+    }
+
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery & /*query*/) override
+    {
+        m_answers->acquire();
+        return {QNetworkProxy::NoProxy};
+    }
+
+private:
+    std::shared_ptr<QSemaphore> m_answers;
+};
+
+TEST(GroqClient, waitsForTheProxyOnAnotherThread)
+{
+    const LoopbackService service({ScriptedAnswer::http(200, successBody("x"))});
+    const ClientCall call(service);
+    const auto answers = std::make_shared<QSemaphore>();
+    QNetworkProxyFactory::setApplicationProxyFactory(new SlowProxySettings(answers)); // taken over
+    const auto usual = qScopeGuard([] { QNetworkProxyFactory::setUseSystemConfiguration(false); });
+    auto task = call.started();
+    ASSERT_TRUE(awaitedCondition([&] { return waitingThreads().activeThreadCount() == 1; }));
+    EXPECT_TRUE(call.session->findChildren<QNetworkReply *>().isEmpty());
+    answers->release();
+    ASSERT_TRUE(awaitedCondition([&] { return task.isReady(); }));
     EXPECT_EQ(endOf(std::move(task)).reply, "x");
 }
 
