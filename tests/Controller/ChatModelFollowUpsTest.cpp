@@ -1,9 +1,4 @@
 #include "Controller/ControllerFixture.h"
-#include "Controller/TitleCleaning.h"
-
-#include <QElapsedTimer>
-
-#include <algorithm>
 
 using namespace Talvo;
 using namespace Talvo::Testing;
@@ -213,24 +208,4 @@ TEST_F(ChatModelFollowUps, aConversationOfAnotherSessionLeavesTheMemoryAlone)
     model->deleteChat(model->sessions()[0].id);
     model->newChat();
     EXPECT_EQ(model->memory(), QStringLiteral("- genel"));
-}
-
-TEST_F(ChatModelFollowUps, theLongestTitleIsCleanedWithoutHoldingTheWindow)
-{
-    const QString reply = QStringLiteral("**kalın** `kod` ").repeated(1 << 18);
-    QElapsedTimer cleaning;
-    cleaning.start();
-    const QString title = storedTitle(cleanTitle(reply));
-    const qint64 cleaningTime = cleaning.elapsed();
-
-    beginSend(QStringLiteral("soru"));
-    answer(request(0), QStringLiteral("yanıt"));
-    answer(request(1), reply);
-    qint64 longestTurn = 0;
-    ASSERT_TRUE(waitUntil([&, turn = QElapsedTimer()]() mutable {
-        longestTurn = std::max(longestTurn, turn.isValid() ? turn.elapsed() : 0);
-        turn.start();
-        return model->sessions()[0].title == title;
-    }));
-    EXPECT_LT(longestTurn, cleaningTime / 2);
 }
