@@ -76,7 +76,7 @@ def can_give_away(folder):
 
 class Disk(Scenario):
     figures = Figures("Broken disk: the longest stall of the main thread",
-                      "fault", "failed saves", "lost", "longest stall")
+                      "fault", "requests", "messages in the archive", "longest stall")
 
     def setUp(self):
         super().setUp()
@@ -148,7 +148,11 @@ class Disk(Scenario):
             self.assertEqual(kept.read_bytes(), before, "the previous archive")
             self.assertEqual(self.leftovers(kept.parent), [])
         self.expect_everything_saved("Kaydedilemeyen")
-        self.figures.add(name, 3, "nothing", milliseconds(self.responsiveness.take_longest()))
+        self.add_figures(name)
+
+    def add_figures(self, name):
+        self.figures.add(name, len(self.service.requests), len(self.contents()),
+                         milliseconds(self.responsiveness.take_longest()))
 
     # Full
 
@@ -349,8 +353,7 @@ class Disk(Scenario):
             shutil.rmtree(self.folder)
             self.expect_everything_saved()
             self.assertEqual(self.folder.stat().st_mode & 0o777, 0o700)
-            self.figures.add("folder deleted", 0, "nothing",
-                             milliseconds(self.responsiveness.take_longest()))
+            self.add_figures("folder deleted")
 
 
 if __name__ == "__main__":
