@@ -9,11 +9,16 @@
 #include <QTextLayout>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace Talvo {
 namespace {
 
 const QString appearance = QStringLiteral("org.freedesktop.appearance");
 const QString colorScheme = QStringLiteral("color-scheme");
+const QString accentColor = QStringLiteral("accent-color");
+const QString gnome = QStringLiteral("org.gnome.desktop.interface");
+const QString animations = QStringLiteral("enable-animations");
 
 /// The families whose letters a text is drawn with.
 QStringList drawnFamilies(const QString &text, const QFont &font)
@@ -69,28 +74,49 @@ TEST_F(DesktopAppearanceTest, PrefersThePortal)
 TEST_F(DesktopAppearanceTest, TakesAccentAndMotion)
 {
     EXPECT_FALSE(desktop.hasAccent());
-    desktop.take(appearance, QStringLiteral("accent-color"), QColor(Qt::green));
+    desktop.take(appearance, accentColor, QColor(Qt::green));
     EXPECT_EQ(desktop.accent(), QColor(Qt::green));
-    desktop.take(appearance, QStringLiteral("accent-color"), QColor());
+    desktop.take(appearance, accentColor, QColor());
     EXPECT_FALSE(desktop.hasAccent());
 
-    const QString gnome = QStringLiteral("org.gnome.desktop.interface");
-    desktop.take(gnome, QStringLiteral("enable-animations"), false);
+    desktop.take(gnome, animations, false);
     EXPECT_TRUE(desktop.isReducedMotion());
-    desktop.take(gnome, QStringLiteral("enable-animations"), true);
+    desktop.take(gnome, animations, true);
     EXPECT_FALSE(desktop.isReducedMotion());
 }
 
 TEST_F(DesktopAppearanceTest, IgnoresWhatItDoesNotUnderstand)
 {
-    QSignalSpy changed(&desktop, &DesktopAppearance::changed);
-    desktop.take(appearance, QStringLiteral("contrast"), 1u);
-    desktop.take(QStringLiteral("org.example"), colorScheme, 1u);
-    desktop.take(appearance, colorScheme, QStringLiteral("dark"));
+    // From here on a setting that is taken back shows.
+    desktop.take(appearance, colorScheme, 1u);
+    desktop.take(appearance, accentColor, QColor(Qt::green));
+    desktop.take(gnome, animations, false);
+    const std::tuple<QString, QString, QVariant> settings[] = {
+        {appearance, QStringLiteral("contrast"), 1u},
+        {QStringLiteral("org.example"), colorScheme, 2u},
+        {QStringLiteral("org.example"), accentColor, QColor(Qt::red)},
+        {appearance, colorScheme, QStringLiteral("light")},
+        {appearance, colorScheme, 2},
+        {appearance, accentColor, QStringLiteral("red")},
+        {appearance, accentColor, QVariant()},
+        {appearance, animations, true},
+        {gnome, colorScheme, 2u},
+        {gnome, animations, QStringLiteral("no")},
+        {gnome, animations, 1u},
+        {gnome, animations, QVariant()},
+    };
+    for (const auto &[space, key, value] : settings) {
+        const QSignalSpy changed(&desktop, &DesktopAppearance::changed);
+        desktop.take(space, key, value);
+        EXPECT_EQ(changed.count(), 0) << qPrintable(space + u' ' + key) << ' ' << value.typeName();
+    }
+}
+
+TEST_F(DesktopAppearanceTest, TakesASchemeThatThereIsNotForNoPreference)
+{
+    desktop.take(appearance, colorScheme, 1u);
     desktop.take(appearance, colorScheme, 77u);
-    desktop.take(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations"),
-                 QStringLiteral("no"));
-    EXPECT_EQ(changed.count(), 0);
+    EXPECT_FALSE(desktop.isDark()) << "the palette decides";
 }
 
 TEST_F(DesktopAppearanceTest, GivesTheApplicationFontInASizeAndAWeight)
