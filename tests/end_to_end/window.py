@@ -181,6 +181,18 @@ class Window:
     def key(self, *names):
         _xdotool("key", "--clearmodifiers", *names)
 
+    def size(self):
+        """Width and height of what the window manager's frame surrounds, in pixels."""
+        window = self.wait_until(self._managed_window, "a window in the window manager's list")
+        lines = _xdotool("getwindowgeometry", "--shell", window).split()
+        geometry = dict(line.split("=") for line in lines)
+        return int(geometry["WIDTH"]), int(geometry["HEIGHT"])
+
+    def resize(self, width, height):
+        """Asks the window manager for this size; it knows how small the window may be."""
+        window = self.wait_until(self._managed_window, "a window in the window manager's list")
+        subprocess.run(["wmctrl", "-i", "-r", window, "-e", f"0,-1,-1,{width},{height}"], check=True)
+
     def close(self):
         """Asks the window manager to close the window, as a taskbar does. The keys for it may come to
         nothing when the window manager is behind with the focus."""
@@ -241,4 +253,5 @@ def _deliver_events():
 
 
 def _xdotool(*arguments):
-    subprocess.run(["xdotool", *map(str, arguments)], check=True, capture_output=True)
+    command = ["xdotool", *map(str, arguments)]
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
