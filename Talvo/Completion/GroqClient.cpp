@@ -232,14 +232,13 @@ QCoro::Task<QByteArray> GroqClient::complete(ChatMessageList messages, QString a
     cancellation.throwIfCancelled();
 
     // A session that has to find it by itself does so on this thread.
-    QFuture<QNetworkProxy> finding =
-        QtConcurrent::run(&waitingThreads(), proxyFor, request.url());
+    QFuture<QNetworkProxy> finding = QtConcurrent::run(&waitingThreads(), proxyFor, request.url());
     const QNetworkProxy proxy = co_await finding;
     cancellation.throwIfCancelled();
     session->setProxy(proxy);
 
-    QCoro::Task<CompletionTransfer::Answer> exchange = answer(
-        session, std::exchange(request, {}), std::move(body), idleTimeout, cancellation);
+    QCoro::Task<CompletionTransfer::Answer> exchange =
+        answer(session, std::exchange(request, {}), std::move(body), idleTimeout, cancellation);
     CompletionTransfer::Answer received = co_await exchange;
     if (!received.status) {
         throw GroqError::invalidResponse();

@@ -1,7 +1,7 @@
 #include "Keychain/KeychainStore.h"
 
-#include "Platform/WaitingThreads.h"
 #include "Keychain/SecretBytes.h"
+#include "Platform/WaitingThreads.h"
 
 #include <QStringDecoder>
 #include <QThreadPool>
