@@ -296,50 +296,73 @@ TEST(GroqClient, encodesAndDecodesOnWorkers)
     EXPECT_EQ(endOf(std::move(task)).reply, "x");
 }
 
-/// Says what the desktop's settings say about proxies, in place of them and as late as it is told.
+/// Where all that would leave this machine goes to: accepted by the system, never by anyone.
+class SilentProxy
+{
+public:
+    SilentProxy()
+    {
+        EXPECT_TRUE(m_server.listen(QHostAddress::LocalHost));
+        m_server.pauseAccepting();
+    }
+
+    [[nodiscard]] QNetworkProxy address() const
+    {
+        return {QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), m_server.serverPort()};
+    }
+
+private:
+    QTcpServer m_server;
+};
+
+/// Settings of a desktop that are slow to say which proxy it is.
 class SlowProxySettings : public QNetworkProxyFactory
 {
 public:
-    explicit SlowProxySettings(std::shared_ptr<QSemaphore> answers)
-        : m_answers(std::move(answers))
+    SlowProxySettings(QNetworkProxy proxy, std::shared_ptr<QSemaphore> answers)
+        : m_proxy(std::move(proxy))
+        , m_answers(std::move(answers))
     {
     }
 
     QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery & /*query*/) override
     {
         m_answers->acquire();
-        return {QNetworkProxy::NoProxy};
+        return {m_proxy};
     }
 
 private:
+    QNetworkProxy m_proxy;
     std::shared_ptr<QSemaphore> m_answers;
 };
 
 TEST(GroqClient, waitsForTheProxyOnAnotherThread)
 {
-    const LoopbackService service({ScriptedAnswer::http(200, successBody("x"))});
-    const ClientCall call(service);
+    const SilentProxy proxy;
     const auto answers = std::make_shared<QSemaphore>();
-    QNetworkProxyFactory::setApplicationProxyFactory(new SlowProxySettings(answers)); // taken over
-    const auto usual = qScopeGuard([] { QNetworkProxyFactory::setUseSystemConfiguration(false); });
-    auto task = call.started();
+    QNetworkProxyFactory::setApplicationProxyFactory(
+        new SlowProxySettings(proxy.address(), answers)); // which is taken over
+    const auto usual =
+        qScopeGuard([] { QNetworkProxyFactory::setApplicationProxyFactory(nullptr); });
+
+    const UsedSessions sessions;
+    const GroqClient client;
+    auto reply = client.complete({}, ClientCall::testKey(), QStringLiteral("m"), {});
     ASSERT_TRUE(awaitedCondition([&] { return waitingThreads().activeThreadCount() == 1; }));
-    EXPECT_TRUE(call.session->findChildren<QNetworkReply *>().isEmpty());
+    EXPECT_TRUE(sessions.requests().isEmpty());
     answers->release();
-    ASSERT_TRUE(awaitedCondition([&] { return task.isReady(); }));
-    EXPECT_EQ(endOf(std::move(task)).reply, "x");
+    ASSERT_TRUE(awaitedCondition([&] { return sessions.requests().size() == 1; }));
+    EXPECT_EQ(sessions.requests().first()->manager()->proxy(), proxy.address());
+    client.cancelRequests();
+    EXPECT_EQ(endOf(std::move(reply)).failure, PlatformFailure::requestCancelled);
 }
 
 TEST(GroqClient, asksThePublicEndpointOnASharedSession)
 {
-    // Where all that would leave this machine goes to: accepted by the system, never by anyone.
-    QTcpServer silent;
-    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
-    silent.pauseAccepting();
+    const SilentProxy silent;
     const auto restoring = qScopeGuard(
         [usual = QNetworkProxy::applicationProxy()] { QNetworkProxy::setApplicationProxy(usual); });
-    QNetworkProxy::setApplicationProxy(
-        QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), silent.serverPort()));
+    QNetworkProxy::setApplicationProxy(silent.address());
 
     const UsedSessions sessions;
     const GroqClient one;
