@@ -15,6 +15,8 @@ FocusScope {
     /// The page keys scroll the conversation.
     signal pageRequested(int pages)
 
+    /// What stands in the text area, read once for each change.
+    property string shownText: ""
     readonly property int maximumLines: 6
     readonly property real lineHeight: Math.ceil(metrics.height)
 
@@ -26,7 +28,7 @@ FocusScope {
     /// A text that came back is gone on with at its end. Compared first: writing a text moves the
     /// cursor and forgets what could be undone.
     function showDraft(): void {
-        if (DraftText.of(textArea.textDocument) === composer.draft)
+        if (composer.shownText === composer.draft)
             return;
         textArea.text = composer.draft;
         textArea.cursorPosition = textArea.length;
@@ -99,9 +101,9 @@ FocusScope {
             Accessible.name: textArea.placeholderText
             Accessible.multiLine: true
             onTextChanged: {
-                const text = DraftText.of(textArea.textDocument);
-                if (text !== composer.draft)
-                    composer.draftEdited(text);
+                composer.shownText = DraftText.of(textArea.textDocument);
+                if (composer.shownText !== composer.draft)
+                    composer.draftEdited(composer.shownText);
             }
             // A disabled item gives up the focus; it is wanted back after the send, unless somebody
             // else has it by then.
