@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/WaitingThreads.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -36,12 +38,14 @@ inline void settle()
     }
 }
 
-/// Waits until the condition holds and the common workers are idle, and what follows from that has
-/// ended too; false when it does not. For a test in which nothing may happen.
+/// Waits until the condition holds, the common workers are idle and nobody waits for a keyring or a
+/// proxy, and what follows from that has ended too; false when it does not. For a test in which
+/// nothing may happen.
 inline bool waitUntilAtRest(const std::function<bool()> &condition)
 {
     const auto isAtRest = [&condition] {
-        return condition() && QThreadPool::globalInstance()->activeThreadCount() == 0;
+        return condition() && QThreadPool::globalInstance()->activeThreadCount() == 0 &&
+               waitingThreads().activeThreadCount() == 0;
     };
     // Not just once: the end of one step, which settle() handles, may begin another that is over
     // before anybody looks.
