@@ -28,6 +28,7 @@
 #include <cmath>
 #include <memory>
 
+Q_IMPORT_QML_PLUGIN(Talvo_Views_ControlsPlugin)
 Q_IMPORT_QML_PLUGIN(Talvo_ViewsPlugin)
 
 namespace Talvo::TalvoApp {
@@ -72,15 +73,26 @@ void chooseRenderer()
 }
 
 /// From this program's own resources: a look through the icon theme takes longer, and finds nothing
-/// where Talvo is not installed.
+/// where Talvo is not installed. That they are PNG is said, or the toolkit would load all of its
+/// image plugins to find out.
 QIcon windowIcon()
 {
     QIcon icon;
     for (const int pixels : {16, 24, 32, 48, 128}) {
-        icon.addFile(QStringLiteral(":/icons/%1x%1/%2.png")
-                         .arg(QString::number(pixels), QStringLiteral(TALVO_APPLICATION_ID)));
+        icon.addPixmap(
+            QPixmap(QStringLiteral(":/icons/%1x%1/%2.png")
+                        .arg(QString::number(pixels), QStringLiteral(TALVO_APPLICATION_ID)),
+                    "PNG"));
     }
     return icon;
+}
+
+/// Gives the window its icon once it has been drawn: nobody waits for the icon.
+void addIconAfterFirstFrame(QQuickWindow *window)
+{
+    QObject::connect(
+        window, &QQuickWindow::frameSwapped, window, [window] { window->setIcon(windowIcon()); },
+        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 /// Looks up the fonts of the first frame while this thread waits for the views to be loaded:
@@ -93,6 +105,32 @@ QIcon windowIcon()
         layout.createLine();
         layout.endLayout();
     });
+}
+
+/// Before the first window.
+void configureApplication()
+{
+    chooseRenderer();
+    QGuiApplication::setApplicationName(QStringLiteral("talvo"));
+    QGuiApplication::setApplicationDisplayName(QString());
+    QGuiApplication::setDesktopFileName(QStringLiteral(TALVO_APPLICATION_ID));
+    // The window may be gone while the last save is still being written.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QNetworkProxyFactory::setUseSystemConfiguration(true);
+    installAccessibleEditors();
+}
+
+/// The window over its controller; null where the views have errors.
+std::unique_ptr<QQuickWindow> makeWindow(QQmlComponent &views, ChatModel &model,
+                                         const KeychainStore &keychain)
+{
+    if (!views.isReady()) {
+        return nullptr;
+    }
+    QObject *const root = views.createWithInitialProperties(
+        {{QStringLiteral("model"), QVariant::fromValue(&model)},
+         {QStringLiteral("keychain"), QVariant::fromValue(KeychainHandle{keychain})}});
+    return std::unique_ptr<QQuickWindow>(qobject_cast<QQuickWindow *>(root));
 }
 
 void raise(QQuickWindow *window)
@@ -119,14 +157,7 @@ int run(int argc, char **argv, const AppSetup &setup)
     shortenFrameDelay();
     avoidMuteSessionBus(sessionBusBound);
     QGuiApplication application(argc, argv);
-    chooseRenderer();
-    QGuiApplication::setApplicationName(QStringLiteral("talvo"));
-    QGuiApplication::setApplicationDisplayName(QString());
-    QGuiApplication::setDesktopFileName(QStringLiteral(TALVO_APPLICATION_ID));
-    // The window may be gone while the last save is still being written.
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    QNetworkProxyFactory::setUseSystemConfiguration(true);
-    installAccessibleEditors();
+    configureApplication();
 
     RefusingNetworkFactory refuseNetwork;
     QQmlEngine engine;
@@ -136,7 +167,6 @@ int run(int argc, char **argv, const AppSetup &setup)
     // The engine's thread begins to read the views while this one makes what they show.
     const QQmlComponent viewsAhead(&engine, mainWindow, QQmlComponent::Asynchronous);
     const QFuture<void> fonts = warmUpFonts();
-    QGuiApplication::setWindowIcon(windowIcon());
 
     SingleInstance instance(setup.exclusiveDirectory);
     if (!instance.isFirst() && instance.raiseFirst()) {
@@ -151,24 +181,22 @@ int run(int argc, char **argv, const AppSetup &setup)
     QObject::connect(&model, &ChatModel::closed, &application, &QGuiApplication::quit);
 
     QQmlComponent views(&engine, mainWindow);
-    const std::unique_ptr<QObject> root(views.createWithInitialProperties(
-        {{QStringLiteral("model"), QVariant::fromValue(&model)},
-         {QStringLiteral("keychain"), QVariant::fromValue(KeychainHandle{services.keychain})}}));
-    auto *window = qobject_cast<QQuickWindow *>(root.get());
+    const auto window = makeWindow(views, model, services.keychain);
     if (!window) {
         qCritical() << views.errors();
         return failureExitCode;
     }
-    new CursorRest(window);
-    QObject::connect(window, &QWindow::visibleChanged, &model, [&](bool isVisible) {
+    new CursorRest(window.get());
+    addIconAfterFirstFrame(window.get());
+    QObject::connect(window.get(), &QWindow::visibleChanged, &model, [&](bool isVisible) {
         if (!isVisible) {
             instance.stopAnswering();
             services.keychain.stopPrompts();
             model.close();
         }
     });
-    QObject::connect(&instance, &SingleInstance::raiseRequested, window,
-                     [window] { raise(window); });
+    QObject::connect(&instance, &SingleInstance::raiseRequested, window.get(),
+                     [&window] { raise(window.get()); });
     return QGuiApplication::exec();
 }
 

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Templates as T
+import Talvo.Views.Controls as T
 import Talvo.Views
 
 // The content is made at once on purpose: the row takes its height from it.

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Templates as T
+import Talvo.Views.Controls as T
 import Talvo.Views
 
 /// One choice out of a list of texts. While it is open it has the keyboard, and then gives it back.

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Templates as T
+import Talvo.Views.Controls as T
 import Talvo.Views
 
 // Components written in place know the ids around them; the formatter of this Qt version cannot write

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Templates as T
+import Talvo.Views.Controls as T
 import Talvo.Views
 
 /// Says what went wrong, and waits until it has been read.

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Templates as T
+import Talvo.Views.Controls as T
 import Talvo.Views
 
 /// A text field of one line with a rounded border; its placeholder is its name.

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Templates as T
+import Talvo.Views.Controls as T
 import Talvo.Views
 
 /// A button that shows only an icon; its label is its name and, while the pointer rests on it, its

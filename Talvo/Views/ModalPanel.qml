@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Templates as T
+import Talvo.Views.Controls as T
 import Talvo.Views
 
 /// A panel over the dimmed window that has to be answered first: alert, dialog or sheet.

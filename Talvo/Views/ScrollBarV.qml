@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Templates as T
+import Talvo.Views.Controls as T
 import Talvo.Views
 
 /// A slim scroll bar that gets clearer under the pointer; shown while there is something to scroll.

@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <QtQml/QQmlExtensionPlugin>
 
+Q_IMPORT_QML_PLUGIN(Talvo_Views_ControlsPlugin)
 Q_IMPORT_QML_PLUGIN(Talvo_ViewsPlugin)
 
 namespace Talvo::Benchmarks {

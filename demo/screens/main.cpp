@@ -15,6 +15,7 @@
 #include <stdexcept>
 #include <string>
 
+Q_IMPORT_QML_PLUGIN(Talvo_Views_ControlsPlugin)
 Q_IMPORT_QML_PLUGIN(Talvo_ViewsPlugin)
 
 using namespace Talvo;

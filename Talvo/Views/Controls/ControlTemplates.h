@@ -1,0 +1,201 @@
+#pragma once
+
+#include <QQmlEngine>
+
+#include <QtQuickTemplates2/private/qquickabstractbutton_p.h>
+#include <QtQuickTemplates2/private/qquickbutton_p.h>
+#include <QtQuickTemplates2/private/qquickcombobox_p.h>
+#include <QtQuickTemplates2/private/qquickcontainer_p.h>
+#include <QtQuickTemplates2/private/qquickcontrol_p.h>
+#include <QtQuickTemplates2/private/qquickdialog_p.h>
+#include <QtQuickTemplates2/private/qquickitemdelegate_p.h>
+#include <QtQuickTemplates2/private/qquickmenu_p.h>
+#include <QtQuickTemplates2/private/qquickmenuitem_p.h>
+#include <QtQuickTemplates2/private/qquickoverlay_p.h>
+#include <QtQuickTemplates2/private/qquickpopup_p.h>
+#include <QtQuickTemplates2/private/qquickpopupanchors_p.h>
+#include <QtQuickTemplates2/private/qquickscrollbar_p.h>
+#include <QtQuickTemplates2/private/qquicksplitview_p.h>
+#include <QtQuickTemplates2/private/qquicktextarea_p.h>
+#include <QtQuickTemplates2/private/qquicktextfield_p.h>
+#include <QtQuickTemplates2/private/qquicktooltip_p.h>
+
+/// The toolkit's controls, as far as the views use them, registered under their own names.
+///
+/// To import its own module is to register all of its types, five times as many, and that took a
+/// quarter of the time of reading the views at each start. Types that are not named in QML stand
+/// here for the QML compiler, or because a property of a later version is known only where its
+/// type's module says so.
+namespace Talvo::ControlTemplates {
+
+/// A button that can look like anything.
+struct AbstractButton
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickAbstractButton)
+    QML_NAMED_ELEMENT(AbstractButton)
+};
+
+/// A button.
+struct Button
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickButton)
+    QML_NAMED_ELEMENT(Button)
+};
+
+/// A choice of one of several.
+struct ComboBox
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickComboBox)
+    QML_NAMED_ELEMENT(ComboBox)
+};
+
+/// What views in a row are put into.
+struct Container
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickContainer)
+    QML_NAMED_ELEMENT(Container)
+};
+
+/// What the controls have in common.
+struct Control
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickControl)
+    QML_NAMED_ELEMENT(Control)
+};
+
+/// A popup that is accepted or rejected.
+struct Dialog
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickDialog)
+    QML_NAMED_ELEMENT(Dialog)
+};
+
+/// Known here for its properties that came with a later version.
+struct Item
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickItem)
+    QML_ANONYMOUS
+};
+
+/// A row of a list.
+struct ItemDelegate
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickItemDelegate)
+    QML_NAMED_ELEMENT(ItemDelegate)
+};
+
+/// A context menu.
+struct Menu
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickMenu)
+    QML_NAMED_ELEMENT(Menu)
+};
+
+/// An entry of a menu.
+struct MenuItem
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickMenuItem)
+    QML_NAMED_ELEMENT(MenuItem)
+};
+
+/// Where a window's popups are.
+struct Overlay
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickOverlay)
+    QML_NAMED_ELEMENT(Overlay)
+    QML_UNCREATABLE("It belongs to a window or a split view.")
+};
+
+/// What opens over a window.
+struct Popup
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickPopup)
+    QML_NAMED_ELEMENT(Popup)
+};
+
+/// Where a popup opens.
+struct PopupAnchors
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickPopupAnchors)
+    QML_ANONYMOUS
+};
+
+/// A scroll bar.
+struct ScrollBar
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickScrollBar)
+    QML_NAMED_ELEMENT(ScrollBar)
+};
+
+/// What is dragged between two views.
+struct SplitHandle
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickSplitHandleAttached)
+    QML_NAMED_ELEMENT(SplitHandle)
+    QML_UNCREATABLE("It belongs to a window or a split view.")
+};
+
+/// Views whose widths the user divides.
+struct SplitView
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickSplitView)
+    QML_NAMED_ELEMENT(SplitView)
+};
+
+/// A field of several lines.
+struct TextArea
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickTextArea)
+    QML_NAMED_ELEMENT(TextArea)
+};
+
+/// Known here for its properties that came with a later version.
+struct TextEdit
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickTextEdit)
+    QML_ANONYMOUS
+};
+
+/// A field of one line.
+struct TextField
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickTextField)
+    QML_NAMED_ELEMENT(TextField)
+};
+
+/// Known here for its properties that came with a later version.
+struct TextInput
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickTextInput)
+    QML_ANONYMOUS
+};
+
+/// A hint that appears by itself.
+struct ToolTip
+{
+    Q_GADGET
+    QML_FOREIGN(QQuickToolTip)
+    QML_NAMED_ELEMENT(ToolTip)
+};
+
+} // namespace Talvo::ControlTemplates
