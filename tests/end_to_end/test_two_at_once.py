@@ -24,6 +24,14 @@ class TwoAtOnce(Scenario):
         self.assertTrue(self.talvo.is_running())
         self.close()
 
+    def test_a_second_start_brings_the_first_ones_window_back(self):
+        window = self.first_start()
+        window.minimize()
+        self.assertEqual(self.start_second(), 0)
+        window.wait_until(window.is_on_screen, "the window on the screen again")
+        window.wait_until(window.has_keyboard, "the keyboard in the window")
+        self.close()
+
     def test_a_first_one_that_hangs_lets_no_second_write(self):
         self.first_start()
         saved = self.archive_path.stat()

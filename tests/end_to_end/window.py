@@ -193,6 +193,25 @@ class Window:
         window = self.wait_until(self._managed_window, "a window in the window manager's list")
         subprocess.run(["wmctrl", "-i", "-r", window, "-e", f"0,-1,-1,{width},{height}"], check=True)
 
+    def minimize(self):
+        """As with the window's own button."""
+        window = self.wait_until(self._managed_window, "a window in the window manager's list")
+        _xdotool("windowminimize", window)
+        self.wait_until(lambda: not self.is_on_screen(), "a window that is not on the screen")
+
+    def is_on_screen(self):
+        """False while it is minimized."""
+        listed = subprocess.run(["xdotool", "search", "--onlyvisible", "--all", "--pid",
+                                 str(self._process_id), "--name", "."],
+                                capture_output=True, check=False)
+        return bool(listed.stdout.strip())
+
+    def has_keyboard(self):
+        """True when the window manager has given it the keyboard."""
+        focused = subprocess.run(["xdotool", "getwindowfocus", "getwindowpid"],
+                                 capture_output=True, text=True, check=False)
+        return focused.stdout.strip() == str(self._process_id)
+
     def close(self):
         """Asks the window manager to close the window, as a taskbar does. The keys for it may come to
         nothing when the window manager is behind with the focus."""
