@@ -11,11 +11,6 @@ KeySettings::KeySettings(QObject *parent)
 {
 }
 
-KeySettings::~KeySettings()
-{
-    m_apiKey.fill(u'\0');
-}
-
 void KeySettings::setApiKey(const QString &apiKey)
 {
     if (std::exchange(m_apiKey, apiKey) != apiKey) {

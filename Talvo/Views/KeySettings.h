@@ -34,8 +34,6 @@ class KeySettings : public QObject
 
 public:
     explicit KeySettings(QObject *parent = nullptr);
-    ~KeySettings() override;
-    Q_DISABLE_COPY_MOVE(KeySettings)
 
     [[nodiscard]] KeychainHandle keychain() const { return {m_keychain}; }
     void setKeychain(const KeychainHandle &keychain) { m_keychain = keychain.store; }

@@ -1,3 +1,4 @@
+#!/usr/bin/env python3
 """Every fault of the network with the real program, and how long its main thread stalled.
 
     tests/campaigns/broken_network.py

@@ -1,3 +1,4 @@
+#!/usr/bin/env python3
 """Runs every libFuzzer target of the lint preset, one after the other, and prints its figures.
 
     cmake --preset lint && cmake --build --preset lint

@@ -1,3 +1,4 @@
+#!/usr/bin/env python3
 """Sends the real program a flood of text and prints how long its main thread stalled.
 
     tests/campaigns/hostile_replies.py "one million blocks"

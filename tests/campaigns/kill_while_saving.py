@@ -1,3 +1,4 @@
+#!/usr/bin/env python3
 """Kills the program over and over in the midst of sends, renames and deletes on a 16 MB archive.
 
     tests/campaigns/kill_while_saving.py --count 300 [--seed 1]

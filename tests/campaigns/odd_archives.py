@@ -1,3 +1,4 @@
+#!/usr/bin/env python3
 """Archives from elsewhere with the real program: 200 MB of one string, a million sessions and others.
 
     tests/campaigns/odd_archives.py
