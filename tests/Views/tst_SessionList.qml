@@ -264,6 +264,24 @@ Item {
             compare(list.renames, []);
         }
 
+        function test_theDialogGoesWhenTheLoadReplacesItsConversation() {
+            const scenery = createTemporaryObject(sceneryComponent, scene);
+            fixture = scenery.fixture;
+            const list = scenery.list;
+            list.forceLayout();
+            list.forceActiveFocus();
+            openDialog(rows(list)[0]);
+            fixture.load([{
+                        "title": "Birinci",
+                        "messages": []
+                    }, {
+                        "title": "İkinci",
+                        "messages": []
+                    }]);
+            closed(list);
+            compare(list.renames, []);
+        }
+
         function test_aButtonReachedByKeyboardIsInView() {
             const list = make(60);
             const isBelow = row => row.y > list.height;

@@ -23,9 +23,9 @@
 /// The toolkit's controls, as far as the views use them, registered under their own names.
 ///
 /// To import its own module is to register all of its types, five times as many, and that took a
-/// quarter of the time of reading the views at each start. Types that are not named in QML stand
-/// here for the QML compiler, or because a property of a later version is known only where its
-/// type's module says so.
+/// quarter of the time of reading the views at each start. Bases that no view names stand here too:
+/// the QML compiler has to know them, and the engine knows the properties that a base got in a
+/// later version only where the base is in the same module.
 namespace Talvo::ControlTemplates {
 
 /// A button that can look like anything.
@@ -52,7 +52,7 @@ struct ComboBox
     QML_NAMED_ELEMENT(ComboBox)
 };
 
-/// What views in a row are put into.
+/// Base of SplitView.
 struct Container
 {
     Q_GADGET
@@ -60,7 +60,7 @@ struct Container
     QML_NAMED_ELEMENT(Container)
 };
 
-/// What the controls have in common.
+/// Base of the controls.
 struct Control
 {
     Q_GADGET
@@ -76,7 +76,7 @@ struct Dialog
     QML_NAMED_ELEMENT(Dialog)
 };
 
-/// Known here for its properties that came with a later version.
+/// Base of all that is drawn.
 struct Item
 {
     Q_GADGET
@@ -114,7 +114,7 @@ struct Overlay
     Q_GADGET
     QML_FOREIGN(QQuickOverlay)
     QML_NAMED_ELEMENT(Overlay)
-    QML_UNCREATABLE("It belongs to a window or a split view.")
+    QML_UNCREATABLE("A window has one.")
 };
 
 /// What opens over a window.
@@ -147,7 +147,7 @@ struct SplitHandle
     Q_GADGET
     QML_FOREIGN(QQuickSplitHandleAttached)
     QML_NAMED_ELEMENT(SplitHandle)
-    QML_UNCREATABLE("It belongs to a window or a split view.")
+    QML_UNCREATABLE("A split view has them.")
 };
 
 /// Views whose widths the user divides.
@@ -166,7 +166,7 @@ struct TextArea
     QML_NAMED_ELEMENT(TextArea)
 };
 
-/// Known here for its properties that came with a later version.
+/// Base of TextArea.
 struct TextEdit
 {
     Q_GADGET
@@ -182,7 +182,7 @@ struct TextField
     QML_NAMED_ELEMENT(TextField)
 };
 
-/// Known here for its properties that came with a later version.
+/// Base of TextField.
 struct TextInput
 {
     Q_GADGET
