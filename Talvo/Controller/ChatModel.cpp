@@ -111,10 +111,13 @@ QCoro::Task<> ChatModel::loadArchive()
     }
     setLoadPhase(LoadPhase::ended);
     if (failure) {
+        const std::optional<QString> before = m_errorMessage;
         runDeferredOperations();
         // Behind them, since some begin with taking an error away: the user is to learn why the
-        // conversations are missing.
-        setErrorMessage(failure);
+        // conversations are missing. An error that one of them has met by now is later, and stays.
+        if (!m_errorMessage || m_errorMessage == before) {
+            setErrorMessage(failure);
+        }
         co_return;
     }
     // Its snapshot is taken here, before the deferred operations change anything.
