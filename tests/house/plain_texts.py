@@ -7,10 +7,8 @@ made in C++, in the document of a plain TextEdit.
 
 import re
 import unittest
-from pathlib import Path
-from tempfile import TemporaryDirectory
 
-from project import ROOT, files, line_of, without_comments
+from project import ROOT, files, line_of, project_of_one_view, without_comments
 
 TEXTS = re.compile(r"\b(?:[A-Z]\w*\.)?(?:Text|TextEdit|TextArea|Label)\s*\{")
 FORMAT = re.compile(r"\btextFormat\s*:\s*([^\n;}]+)")
@@ -72,11 +70,8 @@ class PlainTexts(unittest.TestCase):
             ("Text { textFormat: rich ? Text.RichText : Text.PlainText }", 1),
         ]
         for qml, count in cases:
-            with self.subTest(qml=qml), TemporaryDirectory() as scratch:
-                path = Path(scratch) / "Talvo" / "Views" / "Planted.qml"
-                path.parent.mkdir(parents=True)
-                path.write_text(qml, encoding="utf-8")
-                self.assertEqual(len(violations(Path(scratch))), count)
+            with self.subTest(qml=qml), project_of_one_view(qml) as root:
+                self.assertEqual(len(violations(root)), count)
 
 
 if __name__ == "__main__":

@@ -1,7 +1,9 @@
 """Where the project's files are, and how the checks of this folder read them."""
 
+from contextlib import contextmanager
 from pathlib import Path
 import re
+from tempfile import TemporaryDirectory
 
 ROOT = Path(__file__).resolve().parents[2]
 
@@ -41,3 +43,13 @@ def without_comments(text):
 def line_of(text, offset):
     """The 1-based line on which the character at `offset` stands."""
     return text.count("\n", 0, offset) + 1
+
+
+@contextmanager
+def project_of_one_view(qml):
+    """The root of a project in which this is the only view."""
+    with TemporaryDirectory() as scratch:
+        path = Path(scratch) / "Talvo" / "Views" / "Planted.qml"
+        path.parent.mkdir(parents=True)
+        path.write_text(qml, encoding="utf-8")
+        yield Path(scratch)

@@ -6,10 +6,8 @@ known through Talvo.Views.Controls, which registers those that are used.
 
 import re
 import unittest
-from pathlib import Path
-from tempfile import TemporaryDirectory
 
-from project import ROOT, files, line_of, without_comments
+from project import ROOT, files, line_of, project_of_one_view, without_comments
 
 IMPORT = re.compile(r"^[ \t]*import[ \t]+(\S+)", re.MULTILINE)
 ALLOWED = {"QtQuick", "Talvo.Views", "Talvo.Views.Controls"}
@@ -43,11 +41,8 @@ class QmlImports(unittest.TestCase):
             ('import "controls"\nItem { }', 1),
         ]
         for qml, count in cases:
-            with self.subTest(qml=qml), TemporaryDirectory() as scratch:
-                path = Path(scratch) / "Talvo" / "Views" / "Planted.qml"
-                path.parent.mkdir(parents=True)
-                path.write_text(qml, encoding="utf-8")
-                self.assertEqual(len(violations(Path(scratch))), count)
+            with self.subTest(qml=qml), project_of_one_view(qml) as root:
+                self.assertEqual(len(violations(root)), count)
 
 
 if __name__ == "__main__":
