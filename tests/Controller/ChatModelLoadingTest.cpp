@@ -265,6 +265,18 @@ TEST_F(ChatModelLoading, aLaterFailureTakesThePlaceOfTheLoadsFailure)
         [&] { return model->errorMessage() == platformFailureText(PlatformFailure::diskFull); }));
 }
 
+TEST_F(ChatModelLoading, aFailureTakesThePlaceOfAnEarlierError)
+{
+    files->put(QString::fromUtf16(path), "{bozuk");
+    model->setErrorMessage(QStringLiteral("eski"));
+    model->startLoadingArchive();
+    ASSERT_TRUE(waitUntil([&] { return !model->isLoadingArchive(); }));
+    EXPECT_TRUE(waitUntil([&] {
+        return model->errorMessage().value_or(QString()).startsWith(
+            platformFailureText(PlatformFailure::archiveNotValid));
+    }));
+}
+
 TEST_F(ChatModelLoading, aSuccessLeavesAnErrorThatIsShownAlone)
 {
     model->setErrorMessage(QStringLiteral("eski"));

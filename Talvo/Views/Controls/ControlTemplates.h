@@ -141,7 +141,8 @@ struct ScrollBar
     QML_NAMED_ELEMENT(ScrollBar)
 };
 
-/// What is dragged between two views.
+/// What is dragged between two views. No view names it: SplitView asks for it by itself, to say
+/// whether it is hovered or pressed.
 struct SplitHandle
 {
     Q_GADGET
