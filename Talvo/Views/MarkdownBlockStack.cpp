@@ -76,7 +76,10 @@ void MarkdownBlockStack::setFromEnd(bool isFromEnd)
 void MarkdownBlockStack::componentComplete()
 {
     m_blocks.setContent(m_content);
-    connect(&m_blocks, &MarkdownBlocks::replaced, this, &MarkdownBlockStack::rebuild);
+    connect(&m_blocks, &MarkdownBlocks::replaced, this, [this] {
+        rebuild();
+        layOut();
+    });
     connect(&m_blocks, &MarkdownBlocks::inserted, this, [this](int first, int last) {
         insertViews(first, last);
         layOut();

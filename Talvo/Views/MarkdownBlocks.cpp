@@ -23,9 +23,6 @@ constexpr int patienceMilliseconds = 4;
 constexpr qint64 portion = 12;
 constexpr int millisecondsBetweenPortions = 8;
 
-/// Before everything else that waits for a worker thread: the user is looking at this text.
-constexpr int userInitiatedPriority = 10;
-
 } // namespace
 
 /// The way back from the workers, which may outlive the model.
@@ -56,6 +53,12 @@ MarkdownBlocks::~MarkdownBlocks()
 {
     const QMutexLocker locker(&m_owner->mutex);
     m_owner->model = nullptr;
+}
+
+QThreadPool &MarkdownBlocks::threads()
+{
+    static QThreadPool pool;
+    return pool;
 }
 
 void MarkdownBlocks::setContent(const QString &content)
@@ -93,7 +96,7 @@ void MarkdownBlocks::parse()
             QMetaObject::invokeMethod(
                 model, [model, job] { model->show(*job); }, Qt::QueuedConnection);
     };
-    QThreadPool::globalInstance()->start(work, userInitiatedPriority);
+    threads().start(work);
     if (isParsed())
         return;
     m_firstParse = job;

@@ -9,6 +9,8 @@
 #include <memory>
 #include <variant>
 
+class QThreadPool;
+
 namespace Talvo {
 
 /// The blocks of a reply, row by row, for a view to draw.
@@ -44,6 +46,11 @@ public:
 
     explicit MarkdownBlocks(QObject *parent = nullptr);
     ~MarkdownBlocks() override;
+
+    /// Those that parse. Not the common ones: the toolkit draws with their help, and a window would
+    /// stand still until a long reply is parsed; and what the common ones do for others would keep
+    /// the user from the text he is looking at. Any thread.
+    [[nodiscard]] static QThreadPool &threads();
 
     /// The reply as stored in the message.
     [[nodiscard]] QString content() const { return m_content; }

@@ -270,7 +270,9 @@ void MessageColumn::fill()
     const qreal bottom = m_viewportY + m_viewportHeight + ahead;
     const bool isFarAway =
         !m_rows.empty() && (m_rows.front().y > bottom || m_rows.back().bottom() < top);
-    if (isFarAway) {
+    if (isFarAway && isGrowing(indexInView())) {
+        moveRowsIntoView();
+    } else if (isFarAway) {
         discardAllRows();
     }
     if (m_rows.empty()) {
@@ -284,7 +286,8 @@ void MessageColumn::fillDownTo(qreal visibleBottom, qreal bottom)
 {
     while (m_rows.back().bottom() < bottom) {
         if (m_rows.back().isGrowingDownwards()) {
-            if (m_rows.back().bottom() >= visibleBottom) {
+            const qreal below = isLastRowMade() ? m_padding + footerExtent() : 0;
+            if (m_rows.back().bottom() + below >= visibleBottom) {
                 return; // the rest of it comes in its own time
             }
             if (grow(m_rows.back())) {
@@ -328,22 +331,49 @@ bool MessageColumn::grow(Row &row)
     return row.height != before || !row.isGrowing();
 }
 
+/// The top of the first row, were all the rows before those that exist as high as they count.
+qreal MessageColumn::firstTop() const
+{
+    return m_rows.empty() ? m_originY + m_padding
+                          : m_rows.front().y - m_heights.sumBefore(m_firstIndex);
+}
+
+int MessageColumn::indexInView() const
+{
+    return m_isAtEnd ? rowCount() - 1 : m_heights.rowAt(m_viewportY - firstTop());
+}
+
+bool MessageColumn::isGrowing(int index) const
+{
+    return index >= m_firstIndex && index <= lastIndex() &&
+           m_rows[static_cast<std::size_t>(index - m_firstIndex)].isGrowing();
+}
+
+/// A growing row counts as high as it will be, and so may lie in view without reaching into it.
+/// Made anew it would be as short as it is, for ever.
+void MessageColumn::moveRowsIntoView()
+{
+    const qreal distance = m_rows.back().bottom() < m_viewportY
+                               ? m_viewportY + m_viewportHeight - m_rows.back().bottom()
+                               : m_viewportY - m_rows.front().y;
+    for (Row &row : m_rows) {
+        row.y += distance;
+    }
+}
+
 /// Makes one row where the visible area is: its last row's bottom at the end, or the row that lies
 /// at its top according to the heights known so far.
 void MessageColumn::startFromEstimate()
 {
-    if (m_isAtEnd) {
-        m_firstIndex = rowCount() - 1;
-        Row row = makeRow(m_firstIndex, true);
-        row.y = m_viewportY + m_viewportHeight - m_padding - footerExtent() - row.height;
-        m_rows.push_back(row);
-        return;
-    }
-    const qreal firstTop = m_originY + m_padding;
-    m_firstIndex = m_heights.rowAt(m_viewportY - firstTop);
-    Row row = makeRow(m_firstIndex, false);
-    row.y = firstTop + m_heights.sumBefore(m_firstIndex);
+    const qreal top = firstTop();
+    m_firstIndex = indexInView();
+    Row row = makeRow(m_firstIndex, m_isAtEnd);
+    row.y = m_isAtEnd ? m_viewportY + m_viewportHeight - m_padding - footerExtent() - row.height
+                      : top + m_heights.sumBefore(m_firstIndex);
     m_rows.push_back(row);
+    if (row.isGrowing() && row.bottom() < m_viewportY) {
+        moveRowsIntoView();
+    }
 }
 
 void MessageColumn::appendRow()

@@ -129,6 +129,12 @@ private:
     void keepViewportInside();
     void setIsAtEnd(bool isAtEnd);
     void startFromEstimate();
+    void moveRowsIntoView();
+    /// The row at the top of the visible area, or the last one where the end is in view.
+    [[nodiscard]] int indexInView() const;
+    [[nodiscard]] qreal firstTop() const;
+    /// Whether a row exists in part.
+    [[nodiscard]] bool isGrowing(int index) const;
 
     [[nodiscard]] int rowCount() const { return m_model ? m_model->count() : 0; }
     [[nodiscard]] int lastIndex() const

@@ -2,6 +2,7 @@
 
 #include "Views/DesktopAppearance.h"
 #include "Views/KeychainHandle.h"
+#include "Views/MarkdownBlocks.h"
 #include "standins/FolderFileManager.h"
 
 #include <QAccessible>
@@ -185,11 +186,8 @@ void Stage::send(const QString &text)
 
 bool Stage::isAtRest() const
 {
-    const auto isRawReply = [](const QQuickItem &item) {
-        return QByteArrayView(item.metaObject()->className()).startsWith("MarkdownSource");
-    };
     return QThreadPool::globalInstance()->activeThreadCount() == 0 &&
-           !findItem(m_window->contentItem(), isRawReply);
+           MarkdownBlocks::threads().activeThreadCount() == 0;
 }
 
 QImage Stage::picture() const

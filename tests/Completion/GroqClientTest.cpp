@@ -1,6 +1,8 @@
 #include "Completion/ClientCall.h"
 #include "Platform/WaitingThreads.h"
 
+#include "support/BusyWorkers.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -10,7 +12,6 @@
 #include <QScopeGuard>
 #include <QSemaphore>
 #include <QTcpServer>
-#include <QThreadPool>
 
 #include <set>
 
@@ -95,30 +96,6 @@ const AnsweredCall answeredCalls[] = {
     {"503", 503, "", {}, Case::api, statusText(503)},
     {"599", 599, page, {}, Case::api, statusText(599)},
     {"999", 999, page, {}, Case::api, statusText(999)},
-};
-
-/// Keeps the common workers busy for as long as it lives: what is handed to them waits.
-class BusyWorkers
-{
-public:
-    BusyWorkers()
-    {
-        m_pool.setMaxThreadCount(1);
-        m_pool.start([this] { m_end.acquire(); });
-    }
-
-    ~BusyWorkers()
-    {
-        m_end.release();
-        m_pool.waitForDone();
-        m_pool.setMaxThreadCount(m_usualThreadCount);
-    }
-    Q_DISABLE_COPY_MOVE(BusyWorkers)
-
-private:
-    QThreadPool &m_pool = *QThreadPool::globalInstance();
-    const int m_usualThreadCount = m_pool.maxThreadCount();
-    QSemaphore m_end;
 };
 
 /// Knows every session on which a request was made while it lives, whoever owns it.

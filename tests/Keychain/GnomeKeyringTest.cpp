@@ -1,6 +1,7 @@
 // Against the real GNOME Keyring, on a bus of the test's own.
 
 #include "Keychain/GnomeKeyring.h"
+#include "Keychain/KeyQuery.h"
 #include "Keychain/KeychainStore.h"
 #include "Keychain/PrivateSessionBus.h"
 #include "Keychain/SecretServiceConnection.h"
@@ -18,7 +19,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const KeychainItemQuery baseQuery{QStringLiteral("com.talvo.groq"), QStringLiteral("groq-api-key")};
 const QStringList toolAttributes{QStringLiteral("service"), baseQuery.service,
                                  QStringLiteral("account"), baseQuery.account};
 constexpr auto servicePath = "/org/freedesktop/secrets";

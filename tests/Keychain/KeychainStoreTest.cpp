@@ -1,5 +1,6 @@
 #include "Keychain/KeychainStore.h"
 
+#include "Keychain/KeyQuery.h"
 #include "standins/InMemoryItemOperations.h"
 #include "support/EventLoop.h"
 
@@ -16,8 +17,6 @@ namespace {
 using Operation = InMemoryItemOperations::Operation;
 using Call = InMemoryItemOperations::Call;
 using KeychainError = KeychainStore::KeychainError;
-
-const KeychainItemQuery baseQuery{QStringLiteral("com.talvo.groq"), QStringLiteral("groq-api-key")};
 
 class KeychainStoreTest : public testing::Test
 {

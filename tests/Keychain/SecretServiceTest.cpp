@@ -1,5 +1,6 @@
 // What no real keyring does on request: a bus and a service that answer as a test wants.
 
+#include "Keychain/KeyQuery.h"
 #include "Keychain/PrivateSessionBus.h"
 #include "Keychain/ScriptedSecretService.h"
 #include "Keychain/SecretServiceItemOperations.h"
@@ -23,7 +24,6 @@ using Kind = ScriptedSecretService::Answer::Kind;
 
 namespace {
 
-const KeychainItemQuery baseQuery{QStringLiteral("com.talvo.groq"), QStringLiteral("groq-api-key")};
 const QByteArray lockedItem =
     "(@ao [], [objectpath '/org/freedesktop/secrets/collection/login/1'])";
 const QByteArray wantsPrompt = "(@ao [], objectpath '/org/freedesktop/secrets/prompt/1')";

@@ -9,14 +9,14 @@ using namespace Talvo;
 
 namespace {
 
-struct Row
+struct InlineRow
 {
     const char *what;
     QString input;
     const char *expected; ///< as dumped() writes it
 };
 
-void expectRows(const std::vector<Row> &rows)
+void expectInlineRows(const std::vector<InlineRow> &rows)
 {
     for (const auto &row : rows) {
         const AttributedString result = inlineText(row.input);
@@ -29,7 +29,7 @@ void expectRows(const std::vector<Row> &rows)
 
 TEST(InlineMarkdown, lineEndings)
 {
-    expectRows({
+    expectInlineRows({
         {"a backslash at the very end", QStringLiteral("a\\"), "a\\"},
         {"three backslashes", QStringLiteral("a\\\\\\\nb"), "a\\{lineBreak|\\n}b"},
         {"two, then two breaks", QStringLiteral("a\\\\\n\nb"), "a\\\\n\\nb"},
@@ -53,7 +53,7 @@ TEST(InlineMarkdown, lineEndings)
 
 TEST(InlineMarkdown, tabsAndBlanksStay)
 {
-    expectRows({
+    expectInlineRows({
         {"tab as an entity", QStringLiteral("&Tab;a"), "\ta"},
         {"tabs and line endings", QStringLiteral("*a*\t\n\t \t\n\n\t*b*"),
          "{emphasis|a}\t\\n\t \t\\n\\n\t{emphasis|b}"},
@@ -73,7 +73,7 @@ TEST(InlineMarkdown, tabsAndBlanksStay)
 
 TEST(InlineMarkdown, nestedAttributes)
 {
-    expectRows({
+    expectInlineRows({
         {"an image in a link", QStringLiteral("[![a](i \"t\")](u)"), "{link=u image=i title=t|a}"},
         {"strike in strong", QStringLiteral("**a ~~b~~**"), "{strong|a }{strong strikethrough|b}"},
         {"code in emphasis", QStringLiteral("*a `b`*"), "{emphasis|a }{emphasis code|b}"},
@@ -88,7 +88,7 @@ TEST(InlineMarkdown, whatNoTextCanHoldBecomesTheReplacementCharacter)
 {
     const QString loneHigh = QString(QChar(0xD83D)) + QStringLiteral(" a");
     const QString loneLow = QStringLiteral("*a*") + QChar(0xDE00);
-    expectRows({
+    expectInlineRows({
         {"high surrogate alone", loneHigh, "\uFFFD a"},
         {"low surrogate alone", loneLow, "{emphasis|a}\uFFFD"},
         {"a pair stays", QStringLiteral("😀 *😀*"), "😀 {emphasis|😀}"},
@@ -97,7 +97,7 @@ TEST(InlineMarkdown, whatNoTextCanHoldBecomesTheReplacementCharacter)
 
 TEST(InlineMarkdown, byteOrderMarkIsDroppedAtTheStartOnly)
 {
-    expectRows({
+    expectInlineRows({
         {"before markup", QStringLiteral("\uFEFF*a*"), "{emphasis|a}"},
         {"inside", QStringLiteral("a\uFEFFb"), "a\uFEFFb"},
         {"alone", QStringLiteral("\uFEFF"), ""},

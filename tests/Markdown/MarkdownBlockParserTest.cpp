@@ -10,16 +10,16 @@ using namespace Talvo;
 
 namespace {
 
-struct Row
+struct BlockRow
 {
     const char *what;
     const char16_t *input;
     const char *expected; ///< as dumped() writes it
 };
 
-void expectRows(std::initializer_list<Row> rows)
+void expectBlockRows(std::initializer_list<BlockRow> rows)
 {
-    for (const Row &row : rows) {
+    for (const BlockRow &row : rows) {
         const auto blocks = parseBlocks(row.input);
         EXPECT_EQ(dumped(blocks), row.expected) << row.what;
         EXPECT_EQ(violation(blocks, row.input), "") << row.what;
@@ -31,7 +31,7 @@ void expectRows(std::initializer_list<Row> rows)
 
 TEST(MarkdownBlocks, nothing)
 {
-    expectRows({
+    expectBlockRows({
         {"empty", u"", ""},
         {"blanks and breaks", u" \t\n\u00A0\r\n\u2003\u2028\u0085 ", ""},
     });
@@ -39,7 +39,7 @@ TEST(MarkdownBlocks, nothing)
 
 TEST(MarkdownBlocks, linesAreCutAtEveryNewlineCharacter)
 {
-    expectRows({
+    expectBlockRows({
         {"line feed keeps the paragraph", u"Merhaba\ndünya", "paragraph 'Merhaba\\ndünya'"},
         {"CR LF makes two", u"Merhaba\r\ndünya", "paragraph 'Merhaba'\nparagraph 'dünya'"},
         {"CR alone reads as a line feed", u"a\rb", "paragraph 'a\\nb'"},
@@ -54,7 +54,7 @@ TEST(MarkdownBlocks, linesAreCutAtEveryNewlineCharacter)
 
 TEST(MarkdownBlocks, headings)
 {
-    expectRows({
+    expectBlockRows({
         {"level 1", u"# Başlık", "heading 1 'Başlık'"},
         {"level 6", u"###### x", "heading 6 'x'"},
         {"seven are too many", u"####### x", "paragraph '####### x'"},
@@ -72,7 +72,7 @@ TEST(MarkdownBlocks, headings)
 
 TEST(MarkdownBlocks, dividers)
 {
-    expectRows({
+    expectBlockRows({
         {"dashes", u"---", "divider"},
         {"spaced stars, not a bullet", u"* * *", "divider"},
         {"underscores, indented", u"   ___ ", "divider"},
@@ -86,7 +86,7 @@ TEST(MarkdownBlocks, dividers)
 
 TEST(MarkdownBlocks, bullets)
 {
-    expectRows({
+    expectBlockRows({
         {"all markers", u"- a\n* b\n+ c", "bullet 'a'\nbullet 'b'\nbullet 'c'"},
         {"no blank", u"-a", "paragraph '-a'"},
         {"further blanks stay", u"-   a", "bullet '  a'"},
@@ -102,7 +102,7 @@ TEST(MarkdownBlocks, bullets)
 
 TEST(MarkdownBlocks, numberedItems)
 {
-    expectRows({
+    expectBlockRows({
         {"two items", u"1. Bir\n2. İki", "numbered 1 'Bir'\nnumbered 2 'İki'"},
         {"numbers are kept", u"7. a\n7. b\n3. c", "numbered 7 'a'\nnumbered 7 'b'\nnumbered 3 'c'"},
         {"a decimal fraction", u"3.14 sayısı", "numbered 3 '14 sayısı'"},
@@ -118,7 +118,7 @@ TEST(MarkdownBlocks, numberedItems)
 
 TEST(MarkdownBlocks, tables)
 {
-    expectRows({
+    expectBlockRows({
         {"rows stay as short as they are", u"| A | B |\n|---|---|\n| 1 | 2 |\n| 3 |",
          "table [A|B] [1|2] [3]"},
         {"and as long", u"|A|\n|---|\n|1|2|3|", "table [A] [1|2|3]"},
@@ -149,7 +149,7 @@ TEST(MarkdownBlocks, tables)
 
 TEST(MarkdownBlocks, paragraphs)
 {
-    expectRows({
+    expectBlockRows({
         {"white space stays", u"  a  \n\tb ", "paragraph '  a  \\n\tb '"},
         {"a blank line ends it", u"a\n \t\nb", "paragraph 'a'\nparagraph 'b'"},
         {"a heading ends it", u"a\n  ## b", "paragraph 'a'\nheading 2 'b'"},
@@ -171,18 +171,18 @@ TEST(MarkdownBlocks, paragraphs)
 
 TEST(MarkdownBlocks, aWholeReply)
 {
-    expectRows({{"reply",
-                 u"# Özet\n\nİlk satır\nikinci **satır**\n- bir\n  * iki\n1. üç\n\n"
-                 u"| Ad | Yaş |\n|:---|---:|\n| Ali | 5 |\nson\n---\nbitti",
-                 "heading 1 'Özet'\n"
-                 "paragraph 'İlk satır\\nikinci {strong|satır}'\n"
-                 "bullet 'bir'\n"
-                 "bullet 'iki'\n"
-                 "numbered 1 'üç'\n"
-                 "table [Ad|Yaş] [Ali|5]\n"
-                 "paragraph 'son'\n"
-                 "divider\n"
-                 "paragraph 'bitti'"}});
+    expectBlockRows({{"reply",
+                      u"# Özet\n\nİlk satır\nikinci **satır**\n- bir\n  * iki\n1. üç\n\n"
+                      u"| Ad | Yaş |\n|:---|---:|\n| Ali | 5 |\nson\n---\nbitti",
+                      "heading 1 'Özet'\n"
+                      "paragraph 'İlk satır\\nikinci {strong|satır}'\n"
+                      "bullet 'bir'\n"
+                      "bullet 'iki'\n"
+                      "numbered 1 'üç'\n"
+                      "table [Ad|Yaş] [Ali|5]\n"
+                      "paragraph 'son'\n"
+                      "divider\n"
+                      "paragraph 'bitti'"}});
 }
 
 TEST(MarkdownBlocks, theTextMayEndBeforeItsResult)

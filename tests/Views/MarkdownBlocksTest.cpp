@@ -1,6 +1,7 @@
 #include "Views/MarkdownBlocks.h"
 
-#include <QSemaphore>
+#include "support/BusyWorkers.h"
+
 #include <QSignalSpy>
 #include <QTest>
 #include <QThreadPool>
@@ -11,35 +12,6 @@
 
 namespace Talvo {
 namespace {
-
-/// Keeps every worker thread busy while it lives.
-class BusyWorkers
-{
-public:
-    BusyWorkers()
-    {
-        QThreadPool *pool = QThreadPool::globalInstance();
-        m_count = pool->maxThreadCount();
-        for (int i = 0; i < m_count; ++i)
-            pool->start([this] {
-                m_begun.release();
-                m_end.acquire();
-            });
-        m_begun.acquire(m_count);
-    }
-    ~BusyWorkers()
-    {
-        m_end.release(m_count);
-        QThreadPool::globalInstance()->waitForDone();
-    }
-    BusyWorkers(const BusyWorkers &) = delete;
-    BusyWorkers &operator=(const BusyWorkers &) = delete;
-
-private:
-    int m_count = 0;
-    QSemaphore m_begun;
-    QSemaphore m_end;
-};
 
 /// What a row is, and its block's place in the variant when it has one.
 template <class Kind>
@@ -93,7 +65,7 @@ bool endsWithOffer(const MarkdownBlocks &blocks)
 
 void waitUntilParsed(MarkdownBlocks &blocks)
 {
-    QThreadPool::globalInstance()->waitForDone();
+    MarkdownBlocks::threads().waitForDone();
     QCoreApplication::processEvents();
     ASSERT_TRUE(blocks.isParsed());
 }
@@ -117,7 +89,7 @@ TEST(MarkdownBlocks, ShowsTheRawTextUntilTheFirstParseEnds)
     MarkdownBlocks blocks;
     const QSignalSpy replaced(&blocks, &MarkdownBlocks::replaced);
     {
-        const BusyWorkers busy;
+        const BusyWorkers busy(MarkdownBlocks::threads());
         blocks.setContent(QStringLiteral("# x"));
         EXPECT_FALSE(blocks.isParsed());
         EXPECT_TRUE(blocks.isGrowing()) << "its height is not final";
@@ -136,7 +108,7 @@ TEST(MarkdownBlocks, KeepsABlankReplyAsItStands)
 {
     MarkdownBlocks blocks;
     blocks.setContent(QStringLiteral(" \n\n "));
-    QThreadPool::globalInstance()->waitForDone();
+    MarkdownBlocks::threads().waitForDone();
     QCoreApplication::processEvents();
     EXPECT_EQ(blocks.rowCount(), 1);
     EXPECT_EQ(plain(blocks, 0), QStringLiteral(" \n\n "));
@@ -149,7 +121,7 @@ TEST(MarkdownBlocks, KeepsTheOldBlocksUntilTheNewOnesAreThere)
     waitUntilParsed(blocks);
     const QSignalSpy replaced(&blocks, &MarkdownBlocks::replaced);
     {
-        const BusyWorkers busy;
+        const BusyWorkers busy(MarkdownBlocks::threads());
         blocks.setContent(QStringLiteral("iki"));
         blocks.setContent(QStringLiteral("üç"));
         EXPECT_EQ(paragraph(blocks, 0), QStringLiteral("bir"));
@@ -251,7 +223,7 @@ TEST(MarkdownBlocks, OffersMoreOfAReplyBeyondAllMeasure)
 TEST(MarkdownBlocks, ShowsOnlyTheBeginningOfAnUnparsedText)
 {
     MarkdownBlocks blocks;
-    const BusyWorkers busy;
+    const BusyWorkers busy(MarkdownBlocks::threads());
     blocks.setContent(QString(1'000'000, u'x'));
     EXPECT_EQ(plain(blocks, 0).size(), BlockPieces::longestText);
 }
@@ -271,7 +243,7 @@ TEST(MarkdownBlocks, TakesALiteralTextAsItStands)
 
 TEST(MarkdownBlocks, MayGoWhileItsParseRuns)
 {
-    const BusyWorkers busy;
+    const BusyWorkers busy(MarkdownBlocks::threads());
     auto blocks = std::make_unique<MarkdownBlocks>();
     blocks->setContent(QStringLiteral("# x"));
     blocks.reset();

@@ -1,10 +1,15 @@
 #pragma once
 
 #include "Views/DesktopAppearance.h"
+#include "Views/MarkdownBlocks.h"
+
+#include "support/BusyWorkers.h"
 
 #include <QObject>
 #include <QQuickItem>
 #include <QUrl>
+
+#include <optional>
 
 /// What the QML tests need from outside the scene.
 class Probe : public QObject
@@ -50,6 +55,10 @@ public:
     Q_INVOKABLE QString texts(QQuickItem *item) const;
     /// Format of a character in a TextEdit's document.
     Q_INVOKABLE QColor colorAt(QQuickItem *edit, int position) const;
+    /// From now on no reply is parsed.
+    Q_INVOKABLE void holdParsing() { m_busyParsers.emplace(Talvo::MarkdownBlocks::threads()); }
+    /// Ends that, and waits until all replies are parsed.
+    Q_INVOKABLE void releaseParsing() { m_busyParsers.reset(); }
     /// Descendants of an item, depth first, whose class name starts with `type`.
     Q_INVOKABLE QList<QQuickItem *> find(QQuickItem *item, const QString &type) const;
 
@@ -61,4 +70,5 @@ Q_SIGNALS:
 
 private:
     QStringList m_opened;
+    std::optional<BusyWorkers> m_busyParsers;
 };

@@ -53,6 +53,10 @@ Item {
             return scenery.list;
         }
 
+        function cleanup() {
+            Probe.releaseParsing();
+        }
+
         function settle(list) {
             const column = Probe.find(list, "Talvo::MessageColumn")[0];
             tryVerify(() => !isPolishScheduled(column));
@@ -275,6 +279,72 @@ Item {
                 seen = Math.max(seen, shown.length);
             }
             verify(seen > 10, "a view full of items was passed: " + seen);
+        }
+
+        /// Shows a conversation while no reply in it can be parsed, from its beginning on.
+        function makeUnparsed(messages) {
+            const scenery = createTemporaryObject(sceneryComponent, scene);
+            fixture = scenery.fixture;
+            fixture.load([{
+                        "title": "Önceki",
+                        "messages": messages.map(() => "Kısa")
+                    }, {
+                        "title": "Sonraki",
+                        "messages": messages
+                    }]);
+            settle(scenery.list);
+            scenery.list.contentY = scenery.list.startY;
+            settle(scenery.list);
+            Probe.holdParsing();
+            // As many messages as before are shown where those were.
+            fixture.model.selectChat(fixture.idAt(1));
+            settle(scenery.list);
+            return scenery.list;
+        }
+
+        function isInView(row, list) {
+            const top = row.mapToItem(list, 0, 0).y;
+            return top < list.height && top + row.height > 0;
+        }
+
+        function test_aReplyThatIsShorterOnceParsedStaysInView() {
+            const list = makeUnparsed(["Önce", "Soru", "- madde\n".repeat(20000)]);
+            const row = rows(list)[2];
+            verify(row.height > 4 * list.height, "as it stands");
+            list.contentY = row.mapToItem(list.contentItem, 0, row.height).y - list.height;
+            settle(list);
+            Probe.releaseParsing();
+            tryVerify(() => Probe.find(row, "Talvo::MarkdownText").length > 1);
+            settle(list);
+            compare(rows(list).pop(), row, "it is not made anew");
+            verify(isInView(row, list));
+        }
+
+        function test_aReplyGrowsInPortionsAlsoAtItsEnd() {
+            const list = makeUnparsed(["Önce", "Soru", "- madde\n".repeat(3000)]);
+            const row = rows(list)[2];
+            list.contentY = list.endContentY;
+            settle(list);
+            Probe.releaseParsing();
+            const made = () => Probe.find(row, "Talvo::MarkdownText").length;
+            tryVerify(() => made() > 1);
+            verify(made() < 2000, made() + " of 3000 at once");
+            tryVerify(() => made() === 3000, 20000);
+            settle(list);
+            verify(isAtEnd(list));
+        }
+
+        function test_theMiddleOfAReplyThatIsNotParsedYet() {
+            const list = makeUnparsed(["madde ".repeat(30000)].concat(many(299)));
+            const row = rows(list)[0];
+            list.contentY = list.startY + 20000;
+            settle(list);
+            compare(rows(list)[0], row, "not the messages below it");
+            verify(isInView(row, list));
+            Probe.releaseParsing();
+            tryVerify(() => Probe.find(row, "Talvo::MarkdownText").length > 1);
+            settle(list);
+            verify(rows(list).some(row => isInView(row, list)));
         }
 
         /// Waits until the list has followed to its end and rests there.
