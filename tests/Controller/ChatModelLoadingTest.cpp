@@ -1,4 +1,5 @@
 #include "Controller/ControllerFixture.h"
+#include "Controller/PromptTexts.h"
 
 #include "Chat/ChatArchiveCoding.h"
 
@@ -8,12 +9,6 @@ using namespace Talvo;
 using namespace Talvo::Testing;
 
 using ChatModelLoading = ControllerTest;
-
-namespace {
-
-const auto greeting = QStringLiteral("Merhaba! Ben Talvo. Sana bugün nasıl yardımcı olabilirim?");
-
-} // namespace
 
 TEST_F(ChatModelLoading, beginsWithOneGreetedSession)
 {

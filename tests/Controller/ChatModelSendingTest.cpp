@@ -1,4 +1,5 @@
 #include "Controller/ControllerFixture.h"
+#include "Controller/PromptTexts.h"
 
 #include <QSignalSpy>
 #include <QThreadPool>
@@ -24,10 +25,6 @@ protected:
         EXPECT_EQ(model->isAwaitingResponse(), isAwaitingResponse);
     }
 };
-
-const auto base = QStringLiteral("Adın Talvo. Yardımcı bir yapay zeka asistanısın. Kullanıcıya "
-                                 "açık, doğru ve doğal Türkçe ile yanıt ver.");
-const auto greeting = QStringLiteral("Merhaba! Ben Talvo. Sana bugün nasıl yardımcı olabilirim?");
 
 } // namespace
 
@@ -79,7 +76,7 @@ TEST_F(ChatModelSending, theFirstRequestHoldsPromptGreetingAndMessage)
 {
     beginSend(QStringLiteral("Nasılsın?"));
     EXPECT_EQ(messagesOf(request(0)),
-              (std::vector<SentMessage>{{QStringLiteral("system"), base},
+              (std::vector<SentMessage>{{QStringLiteral("system"), basePrompt},
                                         {QStringLiteral("assistant"), greeting},
                                         {QStringLiteral("user"), QStringLiteral("Nasılsın?")}}));
     EXPECT_EQ(modelOf(request(0)), QStringLiteral("llama-3.3-70b-versatile"));

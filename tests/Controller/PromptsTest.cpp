@@ -1,13 +1,12 @@
 #include "Controller/Prompts.h"
 
+#include "Controller/PromptTexts.h"
+
 #include <gtest/gtest.h>
 
 using namespace Talvo;
 
 namespace {
-
-const auto base = QStringLiteral("Adın Talvo. Yardımcı bir yapay zeka asistanısın. Kullanıcıya "
-                                 "açık, doğru ve doğal Türkçe ile yanıt ver.");
 
 ChatMessage said(const char *content)
 {
@@ -18,13 +17,13 @@ ChatMessage said(const char *content)
 
 TEST(Prompts, anEmptyMemoryAddsNothing)
 {
-    EXPECT_EQ(Prompts::system({}), base);
+    EXPECT_EQ(Prompts::system({}), basePrompt);
 }
 
 TEST(Prompts, aMemoryStandsBetweenHeaderAndFooter)
 {
     EXPECT_EQ(Prompts::system(QStringLiteral("- adı Can ")),
-              base +
+              basePrompt +
                   QStringLiteral("\n\nKullanıcı hakkında önceki konuşmalardan hatırladığın "
                                  "bilgiler:\n- adı Can \n\nBu hafızayı yalnızca ilgili olduğunda "
                                  "doğal biçimde kullan. Kullanıcının söylemediği ayrıntıları "
