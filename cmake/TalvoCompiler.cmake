@@ -48,8 +48,9 @@ endif()
 
 # Where a target's files are read as one source, gcc takes each for a header, and a type of its own
 # for one that differs from source to source.
-if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    target_compile_options(TalvoOptions INTERFACE -Wno-subobject-linkage)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(TalvoOptions INTERFACE
+        $<$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>:-Wno-subobject-linkage>)
 endif()
 
 # clang 14 takes the libstdc++ headers' coroutines only when told that they are the final ones.

@@ -1,8 +1,8 @@
 """How long Talvo's main thread kept others waiting.
 
 The name of the application's root accessible is answered by the main thread, between two events. It
-is asked for over and over on a connection of its own; the longest answer is the longest stall, plus
-what the machine's load and the two hops over the bus cost.
+is asked for over and over on a connection of its own; the longest answer is the longest stall, less
+the pause that it may have begun in, plus what the machine's load and the two hops over the bus cost.
 """
 
 import threading
@@ -13,7 +13,8 @@ from gi.repository import Gio, GLib
 from waiting import wait_until
 
 ACCESSIBLE = "org.a11y.atspi.Accessible"
-PAUSE = 0.005
+#: In seconds. Shorter ones would be a load of their own on the bus and on the program.
+PAUSE = 0.02
 
 #: A stall longer than this many seconds ends the watch: the program counts as frozen.
 LONGEST_CALL = 120
