@@ -253,7 +253,7 @@ TEST(GroqClient, encodesAndDecodesOnWorkers)
 {
     const LoopbackService service({ScriptedAnswer::http(200, successBody("x"))});
     const ClientCall call(service);
-    std::optional<BusyWorkers> busy(std::in_place);
+    std::optional<Testing::BusyWorkers> busy(std::in_place);
     auto task = call.started();
     EXPECT_TRUE(call.session->findChildren<QNetworkReply *>().isEmpty()) << "a worker encodes";
     busy.reset();

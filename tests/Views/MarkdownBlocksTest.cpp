@@ -89,7 +89,7 @@ TEST(MarkdownBlocks, ShowsTheRawTextUntilTheFirstParseEnds)
     MarkdownBlocks blocks;
     const QSignalSpy replaced(&blocks, &MarkdownBlocks::replaced);
     {
-        const BusyWorkers busy(MarkdownBlocks::threads());
+        const Testing::BusyWorkers busy(MarkdownBlocks::threads());
         blocks.setContent(QStringLiteral("# x"));
         EXPECT_FALSE(blocks.isParsed());
         EXPECT_TRUE(blocks.isGrowing()) << "its height is not final";
@@ -121,7 +121,7 @@ TEST(MarkdownBlocks, KeepsTheOldBlocksUntilTheNewOnesAreThere)
     waitUntilParsed(blocks);
     const QSignalSpy replaced(&blocks, &MarkdownBlocks::replaced);
     {
-        const BusyWorkers busy(MarkdownBlocks::threads());
+        const Testing::BusyWorkers busy(MarkdownBlocks::threads());
         blocks.setContent(QStringLiteral("iki"));
         blocks.setContent(QStringLiteral("üç"));
         EXPECT_EQ(paragraph(blocks, 0), QStringLiteral("bir"));
@@ -223,7 +223,7 @@ TEST(MarkdownBlocks, OffersMoreOfAReplyBeyondAllMeasure)
 TEST(MarkdownBlocks, ShowsOnlyTheBeginningOfAnUnparsedText)
 {
     MarkdownBlocks blocks;
-    const BusyWorkers busy(MarkdownBlocks::threads());
+    const Testing::BusyWorkers busy(MarkdownBlocks::threads());
     blocks.setContent(QString(1'000'000, u'x'));
     EXPECT_EQ(plain(blocks, 0).size(), BlockPieces::longestText);
 }
@@ -243,7 +243,7 @@ TEST(MarkdownBlocks, TakesALiteralTextAsItStands)
 
 TEST(MarkdownBlocks, MayGoWhileItsParseRuns)
 {
-    const BusyWorkers busy(MarkdownBlocks::threads());
+    const Testing::BusyWorkers busy(MarkdownBlocks::threads());
     auto blocks = std::make_unique<MarkdownBlocks>();
     blocks->setContent(QStringLiteral("# x"));
     blocks.reset();

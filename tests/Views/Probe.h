@@ -70,5 +70,5 @@ Q_SIGNALS:
 
 private:
     QStringList m_opened;
-    std::optional<BusyWorkers> m_busyParsers;
+    std::optional<Talvo::Testing::BusyWorkers> m_busyParsers;
 };

@@ -3,6 +3,8 @@
 #include <QSemaphore>
 #include <QThreadPool>
 
+namespace Talvo::Testing {
+
 /// Keeps every thread of a pool busy while it lives: what is handed to them waits.
 class BusyWorkers
 {
@@ -33,3 +35,5 @@ private:
     QSemaphore m_begun;
     QSemaphore m_end;
 };
+
+} // namespace Talvo::Testing
