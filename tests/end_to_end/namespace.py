@@ -45,6 +45,8 @@ def furnish(scratch, host, authority):
 
     hosts = Path(scratch) / "hosts"
     hosts.write_text(f"127.0.0.1 localhost {host}\n", encoding="ascii")
+    if not Path("/etc/hosts").exists():
+        _see_to_a_hosts_file(Path(scratch) / "etc")
     subprocess.run(["mount", "--bind", hosts, "/etc/hosts"], check=True)
 
     # The whole folder, since a TLS library may look certificates up there by their hashes.
@@ -58,3 +60,11 @@ def furnish(scratch, host, authority):
     ).stdout.strip()
     (trusted / f"{subject_hash}.0").write_bytes(certificate)
     subprocess.run(["mount", "--bind", trusted, os.path.realpath("/etc/ssl/certs")], check=True)
+
+
+def _see_to_a_hosts_file(etc):
+    """A freshly made Debian has none, and a file can be mounted only over another: a copy of the whole
+    folder, which has one, takes its place here."""
+    subprocess.run(["cp", "--archive", "/etc", etc], check=True)
+    (etc / "hosts").touch()
+    subprocess.run(["mount", "--bind", etc, "/etc"], check=True)
