@@ -476,10 +476,9 @@ void MessageColumn::updateExtent()
     qreal end = m_originY + 2 * m_padding + footerExtent();
     if (!m_rows.empty()) {
         const int firstAfter = lastIndex() + 1;
-        const qreal before = m_heights.sumBefore(m_firstIndex);
         const qreal after =
             m_heights.sumBefore(m_heights.count()) - m_heights.sumBefore(firstAfter);
-        origin = m_rows.front().y - before - m_padding;
+        origin = firstTop() - m_padding;
         end = m_rows.back().bottom() + after + footerExtent() + m_padding;
     }
     if (std::exchange(m_originY, origin) != origin || std::exchange(m_endY, end) != end) {

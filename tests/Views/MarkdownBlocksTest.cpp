@@ -104,6 +104,14 @@ TEST(MarkdownBlocks, ShowsTheRawTextUntilTheFirstParseEnds)
     EXPECT_TRUE(is<MarkdownBlock::Heading>(blocks, 0));
 }
 
+TEST(MarkdownBlocks, ParsesWhileTheCommonThreadsAreBusy)
+{
+    const Testing::BusyWorkers busy;
+    MarkdownBlocks blocks;
+    blocks.setContent(QStringLiteral("# x"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return blocks.isParsed(); }));
+}
+
 TEST(MarkdownBlocks, KeepsABlankReplyAsItStands)
 {
     MarkdownBlocks blocks;
