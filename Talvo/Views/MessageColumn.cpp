@@ -62,6 +62,7 @@ void MessageColumn::replaceContent()
     const bool keepsPlace = m_heights.count() > 0 && m_heights.count() == rowCount();
     discardAllRows();
     m_isNew = true;
+    m_makesRowsAhead = false;
     estimateHeights();
     setIsAtEnd(!keepsPlace);
     polish();
@@ -198,8 +199,15 @@ void MessageColumn::layOut()
     if (m_isNew && !m_rows.empty()) {
         m_isNew = false;
         setIsAtEnd(m_isAtEnd || m_viewportY + m_viewportHeight >= m_endY - endTolerance);
-        // What is near the visible area waits until the frame that is being made is on screen.
-        QMetaObject::invokeMethod(this, &MessageColumn::polish, Qt::QueuedConnection);
+        // What is near the visible area waits until the frame that is being made is on screen. That
+        // frame may ask for several layouts: rows get higher when their texts are there.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                m_makesRowsAhead = true;
+                polish();
+            },
+            Qt::QueuedConnection);
     }
 }
 
@@ -265,7 +273,7 @@ void MessageColumn::fill()
     if (rowCount() == 0 || !m_userDelegate || !m_assistantDelegate) {
         return;
     }
-    const qreal ahead = m_isNew ? 0 : margin;
+    const qreal ahead = m_makesRowsAhead ? margin : 0;
     const qreal top = m_viewportY - ahead;
     const qreal bottom = m_viewportY + m_viewportHeight + ahead;
     const bool isFarAway =

@@ -169,7 +169,8 @@ private:
     bool m_isAtEnd = true;
     bool m_isFollowing = false;
     bool m_isLayingOut = false;
-    bool m_isNew = true; ///< nothing of the content has been on screen
+    bool m_isNew = true;           ///< nothing of the content has been laid out
+    bool m_makesRowsAhead = false; ///< the content has been on screen
 
     RowHeights m_heights;   ///< of all rows, spacing included
     std::deque<Row> m_rows; ///< those that exist: consecutive, from m_firstIndex on

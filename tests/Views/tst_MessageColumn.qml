@@ -187,6 +187,7 @@ Item {
             const column = make(100);
             column.viewportY = column.originY + 3000;
             column.forceLayout();
+            tryVerify(() => rows(column)[0].y + rows(column)[0].height <= column.viewportY, 5000, "rows are made ahead");
             const visible = () => rows(column).filter(row => row.y + row.height > column.viewportY);
             const first = visible()[0];
             const distance = first.y - column.viewportY;

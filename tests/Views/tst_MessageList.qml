@@ -226,6 +226,20 @@ Item {
             verify(rows(list).length < 40, "only rows nearby exist");
         }
 
+        function test_whatIsOutOfSightWaitsUntilTheRestIsOnScreen() {
+            const list = make(many(300).concat(Array(14).fill("Paragraf.").join("\n\n")));
+            fixture.model.newChat();
+            settle(list);
+            const frames = [];
+            const count = () => frames.push(rows(list).length);
+            list.Window.window.frameSwapped.connect(count);
+            fixture.model.selectChat(fixture.idAt(1));
+            tryVerify(() => frames.length > 1 && rows(list).length > frames[0]);
+            list.Window.window.frameSwapped.disconnect(count);
+            const visible = rows(list).filter(row => row.y + row.height > list.contentY);
+            compare(frames[0], visible.length, "rows of the first frame");
+        }
+
         function itemsOf(list) {
             return Probe.find(list, "Talvo::MarkdownText").filter(text => Probe.name(text).startsWith("madde "));
         }
