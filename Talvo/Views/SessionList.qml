@@ -48,6 +48,8 @@ ListView {
     topMargin: 2
     bottomMargin: 2
     boundsBehavior: Flickable.StopAtBounds
+    // One row out of sight, for the Tab key to go to. Each is made before a frame that does not show it.
+    cacheBuffer: 40
     keyNavigationEnabled: false
     highlightFollowsCurrentItem: true
     highlightMoveDuration: 0

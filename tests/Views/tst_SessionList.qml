@@ -284,7 +284,7 @@ Item {
 
         function test_aButtonReachedByKeyboardIsInView() {
             const list = make(60);
-            const isBelow = row => row.y > list.height;
+            const isBelow = row => row.y - list.contentY >= list.height;
             tryVerify(() => rows(list).some(isBelow), 5000, "rows are made ahead");
             const row = rows(list).find(isBelow);
             const bin = Probe.find(row, "IconButton")[1];
