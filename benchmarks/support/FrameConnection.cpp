@@ -46,6 +46,16 @@ std::uint64_t hashed(std::uint64_t hash, const xcb_get_image_reply_t &image)
     return hash;
 }
 
+/// Both as one, drawn when the first was.
+Frame united(const Frame &first, const Frame &second)
+{
+    const int x = std::min(first.x, second.x);
+    const int y = std::min(first.y, second.y);
+    const int right = std::max(first.x + first.width, second.x + second.width);
+    const int bottom = std::max(first.y + first.height, second.y + second.height);
+    return {first.time, x, y, right - x, bottom - y};
+}
+
 } // namespace
 
 std::int64_t monotonicNow()
@@ -110,14 +120,15 @@ bool FrameConnection::watch(xcb_window_t window)
     return true;
 }
 
-/// Watches it from its creation on, so that no frame is missed.
+/// From its creation on: of a window that is on the screen already the server first tells the whole
+/// area, which nobody has drawn.
 bool FrameConnection::waitForWindow(int milliseconds)
 {
     const std::int64_t end = monotonicNow() + std::int64_t{milliseconds} * 1'000'000;
     while (monotonicNow() < end) {
         const Owned<xcb_generic_event_t> event(waitForEvent(100));
-        if (event && (event->response_type & 0x7f) == XCB_MAP_NOTIFY &&
-            watch(reinterpret_cast<xcb_map_notify_event_t *>(event.get())->window)) {
+        if (event && (event->response_type & 0x7f) == XCB_CREATE_NOTIFY &&
+            watch(reinterpret_cast<xcb_create_notify_event_t *>(event.get())->window)) {
             return true;
         }
     }
@@ -133,7 +144,7 @@ bool FrameConnection::findWindow()
                        [this](xcb_window_t window) { return watch(window); });
 }
 
-std::optional<Frame> FrameConnection::nextFrame(int milliseconds)
+std::optional<Frame> FrameConnection::nextRectangle(int milliseconds)
 {
     const std::int64_t end = monotonicNow() + std::int64_t{milliseconds} * 1'000'000;
     while (true) {
@@ -149,6 +160,20 @@ std::optional<Frame> FrameConnection::nextFrame(int milliseconds)
         const auto area = reinterpret_cast<xcb_damage_notify_event_t *>(event.get())->area;
         return Frame{time, area.x, area.y, area.width, area.height};
     }
+}
+
+/// A frame of many texts is told in a hundred rectangles at once.
+std::optional<Frame> FrameConnection::nextFrame(int milliseconds)
+{
+    std::optional<Frame> frame = nextRectangle(milliseconds);
+    while (frame) {
+        const std::optional<Frame> more = nextRectangle(0);
+        if (!more) {
+            break;
+        }
+        frame = united(*frame, *more);
+    }
+    return frame;
 }
 
 void FrameConnection::drain(int milliseconds)

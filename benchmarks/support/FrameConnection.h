@@ -31,11 +31,12 @@ public:
     FrameConnection(const FrameConnection &) = delete;
     FrameConnection &operator=(const FrameConnection &) = delete;
 
-    /// Waits for a window to be mapped and watches it from then on.
+    /// Waits for a window to be made and watches it from then on.
     bool waitForWindow(int milliseconds);
     /// Watches the window that is there.
     bool findWindow();
-    /// The next frame, absent when none comes in that time.
+    /// The next frame, with whatever else has been drawn by then; absent when none comes in that
+    /// time.
     std::optional<Frame> nextFrame(int milliseconds);
     /// Lets frames pass until none has come for that time or, with a blinking cursor, for ten times
     /// of it.
@@ -50,6 +51,7 @@ public:
 
 private:
     bool watch(xcb_window_t window);
+    std::optional<Frame> nextRectangle(int milliseconds);
     /// Reads what has arrived; an event, or null.
     xcb_generic_event_t *waitForEvent(int milliseconds);
     [[nodiscard]] xcb_keycode_t keycode(xcb_keysym_t symbol) const;
