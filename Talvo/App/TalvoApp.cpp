@@ -15,10 +15,12 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QNetworkProxyFactory>
+#include <QPainter>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QScreen>
+#include <QSvgRenderer>
 #include <QTextLayout>
 #include <QtConcurrentRun>
 #include <QtQml/QQmlExtensionPlugin>
@@ -26,6 +28,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <initializer_list>
 #include <memory>
 
 Q_IMPORT_QML_PLUGIN(Talvo_Views_ControlsPlugin)
@@ -72,18 +75,26 @@ void chooseRenderer()
 #endif
 }
 
-/// From this program's own resources: a look through the icon theme takes longer, and finds nothing
-/// where Talvo is not installed. That they are PNG is said, or the toolkit would load all of its
-/// image plugins to find out.
+void addSizes(QIcon &icon, const QString &drawing, std::initializer_list<int> sizes)
+{
+    QSvgRenderer renderer(drawing);
+    for (const int pixels : sizes) {
+        QPixmap pixmap(pixels, pixels);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        renderer.render(&painter);
+        icon.addPixmap(pixmap);
+    }
+}
+
+/// In the sizes that window managers and task lists ask for. From this program's own resources: a
+/// look through the icon theme takes longer, and finds nothing where Talvo is not installed. As
+/// pictures of another format the toolkit would load all of its image plugins for them.
 QIcon windowIcon()
 {
     QIcon icon;
-    for (const int pixels : {16, 24, 32, 48, 128}) {
-        icon.addPixmap(
-            QPixmap(QStringLiteral(":/icons/%1x%1/%2.png")
-                        .arg(QString::number(pixels), QStringLiteral(TALVO_APPLICATION_ID)),
-                    "PNG"));
-    }
+    addSizes(icon, QStringLiteral(":/icons/" TALVO_APPLICATION_ID "-small.svg"), {16, 24, 32});
+    addSizes(icon, QStringLiteral(":/icons/" TALVO_APPLICATION_ID ".svg"), {48, 128});
     return icon;
 }
 
