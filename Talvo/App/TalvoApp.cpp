@@ -131,13 +131,15 @@ void configureApplication()
     installAccessibleEditors();
 }
 
-/// The window over its controller; null where the views have errors.
+/// The window over its controller; null where the views have errors. A large archive is read
+/// meanwhile: this thread alone makes the window, and other processors have nothing to do.
 std::unique_ptr<QQuickWindow> makeWindow(QQmlComponent &views, ChatModel &model,
                                          const KeychainStore &keychain)
 {
     if (!views.isReady()) {
         return nullptr;
     }
+    model.readArchiveAhead();
     QObject *const root = views.createWithInitialProperties(
         {{QStringLiteral("model"), QVariant::fromValue(&model)},
          {QStringLiteral("keychain"), QVariant::fromValue(KeychainHandle{keychain})}});

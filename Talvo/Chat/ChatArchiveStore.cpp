@@ -3,6 +3,7 @@
 #include "Chat/ChatArchiveCoding.h"
 #include "Platform/PlatformError.h"
 #include "Platform/SystemErrorText.h"
+#include "Platform/ThreadPriority.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -67,6 +68,7 @@ auto enqueue(QThreadPool &worker, PlatformFailure memoryFailure, Operation opera
     const auto promise = std::make_shared<QPromise<Result>>();
     promise->start();
     worker.start([promise, memoryFailure, operation = std::move(operation)] {
+        lowerThreadPriority();
         try {
             if constexpr (std::is_void_v<Result>) {
                 operation();
@@ -103,15 +105,39 @@ ChatArchiveStore::~ChatArchiveStore()
     m_worker.waitForDone();
 }
 
+void ChatArchiveStore::readAhead()
+{
+    m_worker.start([this] {
+        lowerThreadPriority();
+        readAheadNow();
+    });
+}
+
 QFuture<std::optional<ChatArchive>> ChatArchiveStore::load()
 {
-    return enqueue(m_worker, PlatformFailure::archiveNotReadable, [this] { return loadNow(); });
+    return enqueue(m_worker, PlatformFailure::archiveNotReadable, [this] {
+        return m_readAhead ? std::exchange(m_readAhead, std::nullopt) : loadNow();
+    });
 }
 
 QFuture<void> ChatArchiveStore::save(ChatArchive archive)
 {
     return enqueue(m_worker, PlatformFailure::archiveNotWritable,
                    [this, archive = std::move(archive)] { saveNow(archive); });
+}
+
+void ChatArchiveStore::readAheadNow()
+{
+    constexpr qsizetype smallestLarge = qsizetype{4} << 20;
+    try {
+        requireLocation(m_fileURL);
+        if (m_fileManager->fileExists(m_fileURL) &&
+            m_fileManager->openFile(m_fileURL)->size() >= smallestLarge) {
+            m_readAhead = loadNow();
+        }
+    } catch (const std::exception &) {
+        // load() tries again, and tells.
+    }
 }
 
 std::optional<ChatArchive> ChatArchiveStore::loadNow()
@@ -136,6 +162,7 @@ std::optional<ChatArchive> ChatArchiveStore::loadNow()
 void ChatArchiveStore::saveNow(const ChatArchive &archive)
 {
     requireLocation(m_fileURL);
+    m_readAhead.reset();
     m_fileManager->createDirectory(QFileInfo(m_fileURL).path());
     keepUnreadableFile();
     m_fileManager->replaceFile(

@@ -14,8 +14,8 @@ namespace Talvo {
 
 /// Owns the one file in which the application keeps its ChatArchive.
 ///
-/// A serialised object with a worker thread of its own: operations run there one at a time, in the
-/// order of the calls, on values; a call never blocks its caller. The returned futures carry the
+/// A serialised object with a worker thread of its own, which stands back behind others: operations
+/// run there one at a time, in the order of the calls, on values; a call never blocks its caller. The returned futures carry the
 /// result or the error and may be awaited on any thread. Destruction waits for everything that was
 /// asked for, so that no save that was started is lost.
 ///
@@ -52,6 +52,11 @@ public:
     /// Full path of the archive; "/dev/null", which is never opened, when there is no place for it.
     [[nodiscard]] const QString &fileURL() const noexcept { return m_fileURL; }
 
+    /// Begins to read a large file, for a load() that follows and then has less to wait for. Nothing
+    /// comes of a small one, which is read in less time than a window is drawn in, nor of a failure:
+    /// load() meets that itself.
+    void readAhead();
+
     /// Reads and decodes the file; no archive when there is no file yet. Fails with StoreError or
     /// PlatformError; an unreadable file is left exactly as it is.
     [[nodiscard]] QFuture<std::optional<ChatArchive>> load();
@@ -65,14 +70,16 @@ public:
     [[nodiscard]] QFuture<void> save(ChatArchive archive);
 
 private:
+    void readAheadNow();
     [[nodiscard]] std::optional<ChatArchive> loadNow();
     void saveNow(const ChatArchive &archive);
     void keepUnreadableFile();
 
     const std::shared_ptr<const FileManager> m_fileManager;
     const QString m_fileURL;
-    bool m_mustKeepOldFile = false; ///< touched on the worker only
-    QThreadPool m_worker;           ///< one thread; last, so that it ends first
+    bool m_mustKeepOldFile = false;         ///< touched on the worker only, as is the next
+    std::optional<ChatArchive> m_readAhead; ///< until load() hands it out
+    QThreadPool m_worker;                   ///< one thread; last, so that it ends first
 };
 
 } // namespace Talvo

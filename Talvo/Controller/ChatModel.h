@@ -95,6 +95,10 @@ public:
     /// Makes the error text absent: the alert was dismissed.
     Q_INVOKABLE void clearErrorMessage() { setErrorMessage(std::nullopt); }
 
+    /// Begins to read a large archive for a loadArchive() that follows. Changes nothing that can be
+    /// seen.
+    void readArchiveAhead() { m_archiveStore->readAhead(); }
+
     /// Loads the archive, once in the life of this object. What is asked for meanwhile takes effect
     /// when the load has ended, so that no save can replace an archive that is still being read.
     QCoro::Task<> loadArchive();

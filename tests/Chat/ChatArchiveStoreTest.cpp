@@ -27,6 +27,12 @@ ChatArchive archiveNamed(const QString &memory)
     return archive;
 }
 
+/// One that is read ahead.
+ChatArchive largeArchive()
+{
+    return archiveOfContent(QByteArray(5 << 20, 'a'));
+}
+
 } // namespace
 
 class ChatArchiveStoreTest : public testing::Test
@@ -120,6 +126,7 @@ TEST_F(ChatArchiveStoreTest, withoutAPlaceEveryOperationFailsAndNothingIsTouched
     const auto files = std::make_shared<FaultyFileManager>(QString());
     ChatArchiveStore store(files);
     EXPECT_EQ(store.fileURL(), QStringLiteral("/dev/null"));
+    store.readAhead();
     const auto expectUnavailable = [](auto future) {
         try {
             future.waitForFinished();
@@ -154,6 +161,62 @@ TEST_F(ChatArchiveStoreTest, whatIsNoFileCannotBeRead)
     QDir().rmdir(file());
     ASSERT_EQ(::mkfifo(QFile::encodeName(file()).constData(), 0600), 0);
     EXPECT_EQ(failureOf(m_store->load()), PlatformFailure::archiveNotReadable);
+}
+
+TEST_F(ChatArchiveStoreTest, aLargeFileIsReadOnceWhenItWasReadAhead)
+{
+    save(largeArchive());
+    EXPECT_EQ(load(), largeArchive());
+    const int once = m_files->openCount;
+    m_files->openCount = 0;
+    m_store->readAhead();
+    EXPECT_EQ(load(), largeArchive());
+    EXPECT_EQ(m_files->openCount, once + 1) << "one more, for its size";
+}
+
+TEST_F(ChatArchiveStoreTest, whatWasReadAheadIsHandedOutOnce)
+{
+    save(largeArchive());
+    m_store->readAhead();
+    EXPECT_EQ(load(), largeArchive());
+    writeFile(encodeArchive(sampleArchive()));
+    EXPECT_EQ(load(), sampleArchive());
+}
+
+TEST_F(ChatArchiveStoreTest, aSaveMakesWhatWasReadAheadWorthless)
+{
+    save(largeArchive());
+    m_store->readAhead();
+    save(sampleArchive());
+    EXPECT_EQ(load(), sampleArchive());
+}
+
+TEST_F(ChatArchiveStoreTest, aSmallFileIsNotReadAhead)
+{
+    save(sampleArchive());
+    m_store->readAhead();
+    save(archiveNamed(QStringLiteral("yeni"))); // behind it
+    EXPECT_EQ(m_files->openCount, 1) << "for its size";
+    EXPECT_EQ(load(), archiveNamed(QStringLiteral("yeni")));
+}
+
+TEST_F(ChatArchiveStoreTest, withoutAFileThereIsNothingToReadAhead)
+{
+    m_store->readAhead();
+    EXPECT_EQ(load(), std::nullopt);
+    EXPECT_EQ(m_files->openCount, 0);
+}
+
+TEST_F(ChatArchiveStoreTest, theLoadTellsWhatFailedAhead)
+{
+    const QByteArray broken(5 << 20, '{');
+    writeFile(broken);
+    m_store->readAhead();
+    EXPECT_EQ(failureOf(m_store->load()), PlatformFailure::archiveNotValid);
+    save(sampleArchive());
+    const QStringList kept = otherFiles();
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(bytes(folder() + u'/' + kept.first()), broken);
 }
 
 TEST_F(ChatArchiveStoreTest, savesFinishInTheirOrder)

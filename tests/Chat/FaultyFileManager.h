@@ -37,6 +37,7 @@ public:
 
     std::unique_ptr<const ReadableFile> openFile(const QString &path) const override
     {
+        ++openCount;
         if (hasNoMemory) {
             throw std::bad_alloc();
         }
@@ -79,6 +80,7 @@ public:
     std::atomic<bool> hasNoLinks = false;
     std::atomic<bool> areNamesTaken = false;
     mutable std::atomic<int> operationCount = 0;
+    mutable std::atomic<int> openCount = 0; ///< of files, successful or not
     mutable QSemaphore gate{1}; ///< a save waits here while a test holds it
 
 private:
