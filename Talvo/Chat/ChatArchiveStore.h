@@ -15,9 +15,9 @@ namespace Talvo {
 /// Owns the one file in which the application keeps its ChatArchive.
 ///
 /// A serialised object with a worker thread of its own, which stands back behind others: operations
-/// run there one at a time, in the order of the calls, on values; a call never blocks its caller. The returned futures carry the
-/// result or the error and may be awaited on any thread. Destruction waits for everything that was
-/// asked for, so that no save that was started is lost.
+/// run there one at a time, in the order of the calls, on values; a call never blocks its caller.
+/// The returned futures carry the result or the error and may be awaited on any thread. Destruction
+/// waits for everything that was asked for, so that no save that was started is lost.
 ///
 /// Nobody else is expected to write the file meanwhile: what another program changes there after
 /// the load is neither noticed nor merged, and the next save replaces it.
@@ -52,9 +52,9 @@ public:
     /// Full path of the archive; "/dev/null", which is never opened, when there is no place for it.
     [[nodiscard]] const QString &fileURL() const noexcept { return m_fileURL; }
 
-    /// Begins to read a large file, for a load() that follows and then has less to wait for. Nothing
-    /// comes of a small one, which is read in less time than a window is drawn in, nor of a failure:
-    /// load() meets that itself.
+    /// Begins to read a large file, for a load() that follows and then has less to wait for.
+    /// Nothing comes of a small one, which is read in less time than a window is drawn in, nor of a
+    /// failure: load() meets that itself.
     void readAhead();
 
     /// Reads and decodes the file; no archive when there is no file yet. Fails with StoreError or

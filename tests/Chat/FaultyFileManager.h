@@ -81,7 +81,7 @@ public:
     std::atomic<bool> areNamesTaken = false;
     mutable std::atomic<int> operationCount = 0;
     mutable std::atomic<int> openCount = 0; ///< of files, successful or not
-    mutable QSemaphore gate{1}; ///< a save waits here while a test holds it
+    mutable QSemaphore gate{1};             ///< a save waits here while a test holds it
 
 private:
     const QString m_directory;
