@@ -107,10 +107,7 @@ ChatArchiveStore::~ChatArchiveStore()
 
 void ChatArchiveStore::readAhead()
 {
-    m_worker.start([this] {
-        lowerThreadPriority();
-        readAheadNow();
-    });
+    enqueue(m_worker, PlatformFailure::archiveNotReadable, [this] { readAheadNow(); });
 }
 
 QFuture<std::optional<ChatArchive>> ChatArchiveStore::load()

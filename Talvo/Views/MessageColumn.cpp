@@ -204,7 +204,7 @@ void MessageColumn::layOut()
         QMetaObject::invokeMethod(
             this,
             [this] {
-                m_makesRowsAhead = true;
+                m_makesRowsAhead = !m_isNew; // there may be other content by now
                 polish();
             },
             Qt::QueuedConnection);
