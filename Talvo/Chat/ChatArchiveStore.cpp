@@ -113,7 +113,7 @@ void ChatArchiveStore::readAhead()
 QFuture<std::optional<ChatArchive>> ChatArchiveStore::load()
 {
     return enqueue(m_worker, PlatformFailure::archiveNotReadable, [this] {
-        return m_readAhead ? std::exchange(m_readAhead, std::nullopt) : loadNow();
+        return m_readAhead.valid() ? std::exchange(m_readAhead, {}).get() : loadNow();
     });
 }
 
@@ -123,17 +123,19 @@ QFuture<void> ChatArchiveStore::save(ChatArchive archive)
                    [this, archive = std::move(archive)] { saveNow(archive); });
 }
 
-void ChatArchiveStore::readAheadNow()
+bool ChatArchiveStore::isLargeFile() const
 {
     constexpr qsizetype smallestLarge = qsizetype{4} << 20;
-    try {
-        requireLocation(m_fileURL);
-        if (m_fileManager->fileExists(m_fileURL) &&
-            m_fileManager->openFile(m_fileURL)->size() >= smallestLarge) {
-            m_readAhead = loadNow();
-        }
-    } catch (const std::exception &) {
-        // load() tries again, and tells.
+    return m_fileURL != noLocation && m_fileManager->fileExists(m_fileURL) &&
+           m_fileManager->openFile(m_fileURL)->size() >= smallestLarge;
+}
+
+void ChatArchiveStore::readAheadNow()
+{
+    if (isLargeFile()) {
+        std::packaged_task<std::optional<ChatArchive>()> reading([this] { return loadNow(); });
+        reading();
+        m_readAhead = reading.get_future();
     }
 }
 
@@ -159,7 +161,7 @@ std::optional<ChatArchive> ChatArchiveStore::loadNow()
 void ChatArchiveStore::saveNow(const ChatArchive &archive)
 {
     requireLocation(m_fileURL);
-    m_readAhead.reset();
+    m_readAhead = {};
     m_fileManager->createDirectory(QFileInfo(m_fileURL).path());
     keepUnreadableFile();
     m_fileManager->replaceFile(

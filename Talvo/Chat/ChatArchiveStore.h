@@ -7,6 +7,7 @@
 #include <QFuture>
 #include <QThreadPool>
 
+#include <future>
 #include <memory>
 #include <optional>
 
@@ -52,9 +53,9 @@ public:
     /// Full path of the archive; "/dev/null", which is never opened, when there is no place for it.
     [[nodiscard]] const QString &fileURL() const noexcept { return m_fileURL; }
 
-    /// Begins to read a large file, for a load() that follows and then has less to wait for.
-    /// Nothing comes of a small one, which is read in less time than a window is drawn in, nor of a
-    /// failure: load() meets that itself.
+    /// Begins to read a large file, for a load() that follows and then has less to wait for, or
+    /// fails as the reading did. Nothing comes of a small one, which is read in less time than a
+    /// window is drawn in, nor of one that cannot be opened: load() meets that itself.
     void readAhead();
 
     /// Reads and decodes the file; no archive when there is no file yet. Fails with StoreError or
@@ -70,6 +71,7 @@ public:
     [[nodiscard]] QFuture<void> save(ChatArchive archive);
 
 private:
+    [[nodiscard]] bool isLargeFile() const;
     void readAheadNow();
     [[nodiscard]] std::optional<ChatArchive> loadNow();
     void saveNow(const ChatArchive &archive);
@@ -77,9 +79,9 @@ private:
 
     const std::shared_ptr<const FileManager> m_fileManager;
     const QString m_fileURL;
-    bool m_mustKeepOldFile = false;         ///< touched on the worker only, as is the next
-    std::optional<ChatArchive> m_readAhead; ///< until load() hands it out
-    QThreadPool m_worker;                   ///< one thread; last, so that it ends first
+    bool m_mustKeepOldFile = false; ///< touched on the worker only, as is the next
+    std::future<std::optional<ChatArchive>> m_readAhead; ///< finished; until load() hands it out
+    QThreadPool m_worker; ///< one thread; last, so that it ends first
 };
 
 } // namespace Talvo

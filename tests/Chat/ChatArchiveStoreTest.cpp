@@ -211,8 +211,12 @@ TEST_F(ChatArchiveStoreTest, theLoadTellsWhatFailedAhead)
 {
     const QByteArray broken(5 << 20, '{');
     writeFile(broken);
+    EXPECT_EQ(failureOf(m_store->load()), PlatformFailure::archiveNotValid);
+    const int once = m_files->openCount;
+    m_files->openCount = 0;
     m_store->readAhead();
     EXPECT_EQ(failureOf(m_store->load()), PlatformFailure::archiveNotValid);
+    EXPECT_EQ(m_files->openCount, once + 1) << "one more, for its size";
     save(sampleArchive());
     const QStringList kept = otherFiles();
     ASSERT_EQ(kept.size(), 1);
