@@ -1,6 +1,5 @@
 """The key stays between the keyring, this process and the service."""
 
-import re
 import subprocess
 import unittest
 from pathlib import Path
@@ -15,9 +14,6 @@ from window import BUTTON, FIELD, content_of, enter_text, press
 KEY = "gsk_7hQz2mVxT9pLwK4nRb8sYc3f"
 
 SECRET = Secret(KEY)
-
-#: What the kernel calls the memory of a process that has crashed.
-DUMP = re.compile(r"core(\.\d+)?")
 
 
 class Secrets(Scenario):
@@ -98,8 +94,10 @@ class Secrets(Scenario):
         self.assertEqual(int(dumped, 16), 0, "a crash handler's pipe gets no memory either")
         subprocess.run(["kill", "-SEGV", str(process_id)], check=True)
         self.talvo.wait()
-        self.assertEqual([path for path in Path(scenario.world.scratch).rglob("core*")
-                          if path.is_file() and DUMP.fullmatch(path.name)], [])
+        scratch = Path(scenario.world.scratch)
+        system = scratch / "etc" # a copy of it, where the machine has no hosts file
+        self.assertEqual([path for path in scratch.rglob("*core*")
+                          if path.is_file() and system not in path.parents], [])
 
 
 if __name__ == "__main__":
