@@ -13,8 +13,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 using namespace Talvo;
 
@@ -32,6 +34,28 @@ ChatArchive largeArchive()
 {
     return archiveOfContent(QByteArray(5 << 20, 'a'));
 }
+
+#ifdef __linux__
+int niceOfThisThread()
+{
+    return ::getpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()));
+}
+
+/// Knows the nice value of the thread that asked for the file.
+class AskedFileManager : public FaultyFileManager
+{
+public:
+    using FaultyFileManager::FaultyFileManager;
+
+    bool fileExists(const QString &path) const override
+    {
+        niceOfAsker = niceOfThisThread();
+        return FaultyFileManager::fileExists(path);
+    }
+
+    mutable std::atomic<int> niceOfAsker = 0;
+};
+#endif
 
 } // namespace
 
@@ -222,6 +246,16 @@ TEST_F(ChatArchiveStoreTest, theLoadTellsWhatFailedAhead)
     ASSERT_EQ(kept.size(), 1);
     EXPECT_EQ(bytes(folder() + u'/' + kept.first()), broken);
 }
+
+#ifdef __linux__
+TEST_F(ChatArchiveStoreTest, itsWorkerStandsBackBehindOtherThreads)
+{
+    const auto files = std::make_shared<AskedFileManager>(m_directory.path());
+    ChatArchiveStore store(files);
+    EXPECT_EQ(store.load().result(), std::nullopt);
+    EXPECT_GT(files->niceOfAsker, niceOfThisThread());
+}
+#endif
 
 TEST_F(ChatArchiveStoreTest, savesFinishInTheirOrder)
 {
