@@ -11,13 +11,17 @@
 
 #include <QCoroFuture>
 #include <QCoroNetworkReply>
+#include <QCoroTimer>
+#include <QFutureWatcher>
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QSslConfiguration>
 #include <QThreadPool>
+#include <QTimer>
 #include <QtConcurrent>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace Talvo {
@@ -54,7 +58,7 @@ QSslConfiguration verifiedTls()
 }
 
 /// What the desktop's settings name for the endpoint. They may name a script on a server that says
-/// nothing, and the search for it has no bound of its own.
+/// nothing, and this has no bound of its own.
 QNetworkProxy proxyFor(const QUrl &endpoint)
 {
     return QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(endpoint))
@@ -159,6 +163,28 @@ private:
     quint64 m_countAtStart;
 };
 
+/// Looks for the proxy on a thread that may wait, and awaits it for as long as a server may be
+/// silent. What is found later is lost; a search cannot be ended.
+QCoro::Task<QNetworkProxy> foundProxy(QUrl endpoint, std::chrono::milliseconds bound,
+                                      CancellationCheck cancellation)
+{
+    QFutureWatcher<QNetworkProxy> search;
+    const std::unique_ptr<QTimer, QScopedPointerDeleteLater> waiting(new QTimer);
+    const auto stopWaiting = [&waiting] { waiting->start(0); };
+    waiting->setSingleShot(true);
+    waiting->start(bound);
+    QObject::connect(&search, &QFutureWatcherBase::finished, waiting.get(), stopWaiting);
+    QObject::connect(cancellation.source(), &RequestCancellation::cancelled, waiting.get(),
+                     stopWaiting);
+    search.setFuture(QtConcurrent::run(&waitingThreads(), proxyFor, std::move(endpoint)));
+    co_await *waiting;
+    cancellation.throwIfCancelled();
+    if (!search.isFinished()) {
+        throw PlatformError(PlatformFailure::timedOut);
+    }
+    co_return search.result();
+}
+
 /// Sends one request and awaits the whole answer.
 QCoro::Task<CompletionTransfer::Answer> answer(std::shared_ptr<QNetworkAccessManager> session,
                                                QNetworkRequest request, QByteArray body,
@@ -232,9 +258,8 @@ QCoro::Task<QByteArray> GroqClient::complete(ChatMessageList messages, QString a
     cancellation.throwIfCancelled();
 
     // A session that has to find it by itself does so on this thread.
-    QFuture<QNetworkProxy> finding = QtConcurrent::run(&waitingThreads(), proxyFor, request.url());
-    const QNetworkProxy proxy = co_await finding;
-    cancellation.throwIfCancelled();
+    QCoro::Task<QNetworkProxy> search = foundProxy(request.url(), idleTimeout, cancellation);
+    const QNetworkProxy proxy = co_await search;
     session->setProxy(proxy);
 
     QCoro::Task<CompletionTransfer::Answer> exchange =

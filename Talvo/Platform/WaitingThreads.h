@@ -13,7 +13,7 @@ namespace Talvo {
 /// hold up a call that needs none.
 ///
 /// The end of the application object waits for the calls under way, as it does for those of the
-/// global pool.
+/// global pool, but for 30 seconds at most: then it ends the process there and then, as a success.
 [[nodiscard]] QThreadPool &waitingThreads();
 
 } // namespace Talvo

@@ -313,25 +313,67 @@ private:
     std::shared_ptr<QSemaphore> m_answers;
 };
 
-TEST(GroqClient, waitsForTheProxyOnAnotherThread)
+/// The slow settings are the desktop's while it lives.
+class ProxySearch : public testing::Test
 {
-    const SilentProxy proxy;
-    const auto answers = std::make_shared<QSemaphore>();
-    QNetworkProxyFactory::setApplicationProxyFactory(
-        new SlowProxySettings(proxy.address(), answers)); // which is taken over
-    const auto usual =
-        qScopeGuard([] { QNetworkProxyFactory::setApplicationProxyFactory(nullptr); });
+protected:
+    ProxySearch()
+    {
+        QNetworkProxyFactory::setApplicationProxyFactory(
+            new SlowProxySettings(proxy.address(), answers)); // which is taken over
+    }
 
+    ~ProxySearch() override
+    {
+        answers->release(searches);
+        waitingThreads().waitForDone();
+        QNetworkProxyFactory::setApplicationProxyFactory(nullptr);
+    }
+
+    /// Begins a call; its search is under way when this returns.
+    QCoro::Task<QByteArray> call(const GroqClient &client)
+    {
+        ++searches;
+        auto reply = client.complete({}, ClientCall::testKey(), QStringLiteral("m"), {});
+        EXPECT_TRUE(awaitedCondition([] { return waitingThreads().activeThreadCount() == 1; }));
+        return reply;
+    }
+
+    const SilentProxy proxy;
+    const std::shared_ptr<QSemaphore> answers = std::make_shared<QSemaphore>();
+    int searches = 0;
+};
+
+TEST_F(ProxySearch, isMadeOnAnotherThread)
+{
     const UsedSessions sessions;
     const GroqClient client;
-    auto reply = client.complete({}, ClientCall::testKey(), QStringLiteral("m"), {});
-    ASSERT_TRUE(awaitedCondition([&] { return waitingThreads().activeThreadCount() == 1; }));
+    auto reply = call(client);
     EXPECT_TRUE(sessions.requests().isEmpty());
     answers->release();
     ASSERT_TRUE(awaitedCondition([&] { return sessions.requests().size() == 1; }));
     EXPECT_EQ(sessions.requests().first()->manager()->proxy(), proxy.address());
     client.cancelRequests();
     EXPECT_EQ(endOf(std::move(reply)).failure, PlatformFailure::requestCancelled);
+}
+
+// Of a host of one's own nobody asks where the proxy is.
+const QUrl foreignEndpoint(QStringLiteral("http://192.0.2.1/chat")); // NOLINT(cert-err58-cpp)
+
+TEST_F(ProxySearch, isGivenUpWhenItTakesAsLongAsAServerMayBeSilent)
+{
+    const GroqClient client(std::make_shared<QNetworkAccessManager>(), foreignEndpoint, 100ms);
+    EXPECT_EQ(endOf(call(client)).failure, PlatformFailure::timedOut);
+    EXPECT_EQ(waitingThreads().activeThreadCount(), 1);
+}
+
+TEST_F(ProxySearch, isNotAwaitedByACallThatIsCancelled)
+{
+    const GroqClient client(std::make_shared<QNetworkAccessManager>(), foreignEndpoint);
+    auto reply = call(client);
+    client.cancelRequests();
+    EXPECT_EQ(endOf(std::move(reply)).failure, PlatformFailure::requestCancelled);
+    EXPECT_EQ(waitingThreads().activeThreadCount(), 1);
 }
 
 TEST(GroqClient, asksThePublicEndpointOnASharedSession)

@@ -2,6 +2,7 @@
 
 import json
 import signal
+import socket
 import time
 import unittest
 
@@ -63,6 +64,24 @@ class TwoAtOnce(Scenario):
         self.assertEqual(first.wait(), 0)
         self.assertTrue(self.talvo.is_running())
         second_window.wait_for_text("Merhaba! Ben Talvo. Sana bugün nasıl yardımcı olabilirim?")
+        self.close()
+
+    def test_a_search_for_a_proxy_without_an_answer_keeps_neither_a_start_nor_the_process(self):
+        self.desktop.store_secret(KEY)
+        with socket.create_server(("127.0.0.1", 0)) as silent:
+            script = f"pac+http://127.0.0.1:{silent.getsockname()[1]}/proxy.pac"
+            window = self.first_start(("env", f"https_proxy={script}", f"http_proxy={script}"))
+            enter_text(self.composer(), "Selam")
+            press(window.get(BUTTON, "Mesajı gönder"))
+            window.wait_for_text("Talvo düşünüyor…")
+            silent.settimeout(10)
+            with silent.accept()[0]: # who asks for the script
+                window.close()
+                window.wait_until_closed()
+                first = self.talvo
+                self.start().wait_for_text("Selam")
+                self.assertEqual(first.wait(), 0)
+        self.assertEqual(self.read_archive()["sessions"][0]["messages"][1]["content"], "Selam")
         self.close()
 
     def test_after_a_kill_the_next_start_is_the_first(self):
