@@ -60,7 +60,10 @@ void syncFolder(const QByteArray &path)
 /// else this one closes it, so that the disk has room for the next file.
 void closeInBackground(std::shared_ptr<const FileDescriptor> file)
 {
-    QThreadPool::globalInstance()->tryStart([file = std::move(file)]() mutable { file.reset(); });
+    // None of the global pool's: a thread that is started here has the priority of this one, and
+    // there it would keep it for other work.
+    static QThreadPool threads;
+    threads.tryStart([file = std::move(file)]() mutable { file.reset(); });
 }
 
 } // namespace

@@ -2,7 +2,10 @@
 
 #include "Chat/ChatArchiveCoding.h"
 
+#include <QSemaphore>
 #include <QThread>
+#include <QThreadPool>
+#include <QtConcurrentRun>
 
 #include <cmath>
 #include <sys/resource.h>
@@ -114,6 +117,31 @@ TEST_F(ChatArchiveStoreTest, itsWorkerStandsBackBehindOtherThreads)
     ChatArchiveStore store(files);
     EXPECT_EQ(store.load().result(), std::nullopt);
     EXPECT_GT(files->niceOfAsker, niceOfThisThread());
+}
+
+TEST_F(ChatArchiveStoreTest, commonThreadsDoNotStandBackWithIt)
+{
+    QThreadPool &common = *QThreadPool::globalInstance();
+    common.waitForDone(); // it has no thread now
+    save(archiveNamed(QStringLiteral("1")));
+    save(archiveNamed(QStringLiteral("2"))); // the first file is closed
+
+    QSemaphore begun;
+    QList<QFuture<int>> values;
+    for (int i = 0; i < common.maxThreadCount(); ++i) {
+        values += QtConcurrent::run([&begun, count = common.maxThreadCount()] {
+            // Each on a thread of its own.
+            begun.release();
+            begun.acquire(count);
+            begun.release(count);
+            return niceOfThisThread();
+        });
+    }
+    begun.acquire(common.maxThreadCount());
+    begun.release(common.maxThreadCount());
+    for (QFuture<int> &value : values) {
+        EXPECT_EQ(value.result(), niceOfThisThread());
+    }
 }
 #endif
 
