@@ -1,6 +1,6 @@
 #include "Views/ReplyAnnouncement.h"
 
-#include "Markdown/MarkdownTitle.h"
+#include "Markdown/SpokenReply.h"
 #include "Views/FollowedObject.h"
 
 namespace Talvo {
@@ -40,7 +40,7 @@ void ReplyAnnouncement::setController(ChatModel *controller)
 void ReplyAnnouncement::announce(const QString &reply)
 {
     end();
-    m_text = visibleMarkdownText(reply).value_or(reply);
+    m_text = spokenReply(reply);
     Q_EMIT textChanged();
     setVisible(true);
     m_end.start();
