@@ -217,6 +217,8 @@ void MessageColumn::keepViewportInside()
     if (m_isFollowing) {
         return;
     }
+    // Where all fits no move of the visible area tells so.
+    setIsAtEnd(m_isAtEnd || m_endY - m_originY <= m_viewportHeight);
     const qreal lowest = std::max(m_originY, m_endY - m_viewportHeight);
     const qreal wanted = m_isAtEnd ? lowest : std::clamp(m_viewportY, m_originY, lowest);
     if (std::abs(wanted - m_viewportY) >= 1) {

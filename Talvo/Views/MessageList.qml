@@ -57,7 +57,10 @@ Flickable {
         to: 1
         duration: Theme.duration * 1.4
         easing.type: Easing.OutCubic
-        onStopped: column.isFollowing = false
+        onStopped: {
+            column.isFollowing = false;
+            column.forceLayout();
+        }
     }
 
     MessageColumn {

@@ -95,6 +95,27 @@ Item {
             verify(!content.isShowingSettings);
         }
 
+        function test_theEndOfAConversationThatFitsStaysInViewWhenTheWindowShrinks() {
+            const content = make();
+            fixture.storeKey("gsk_deneme");
+            Probe.find(content, "QQuickTextArea")[0].forceActiveFocus();
+            fixture.model.draft = "Soru";
+            keyClick(Qt.Key_Return);
+            const answers = ["Yanıt.\n\n".repeat(10), "Ad", "-"];
+            answers.forEach((answer, i) => {
+                    tryVerify(() => fixture.requestCount() > i);
+                    fixture.answer(i, answer);
+                });
+            tryVerify(() => !fixture.model.isSending);
+            const list = Probe.find(content, "MessageList")[0];
+            tryVerify(() => !Probe.find(content, "Talvo::MessageColumn")[0].isFollowing);
+            compare(list.endContentY, 0);
+            content.parent.anchors.fill = undefined;
+            content.parent.height = 420;
+            tryVerify(() => list.endContentY > 0);
+            tryVerify(() => Math.abs(list.contentY - list.endContentY) < 2);
+        }
+
         function test_theChosenModelIsSavedOnce() {
             const content = make();
             const sidebar = Probe.find(content, "SidebarView")[0];
