@@ -22,8 +22,8 @@ constexpr std::chrono::milliseconds endingBound = 30s;
 void waitForCalls()
 {
     if (!waitingThreads().waitForDone(static_cast<int>(endingBound.count()))) {
-        // What is left changes nothing any more, and nobody can end it: this pool's destructor would
-        // wait for it, and the network library's.
+        // What is left changes nothing any more, and nobody can end it: this pool's destructor
+        // would wait for it, and the network library's.
         std::_Exit(EXIT_SUCCESS);
     }
 }
