@@ -75,7 +75,7 @@ T.ItemDelegate {
             anchors.verticalCenter: parent.verticalCenter
             width: renameButton.width + deleteButton.width
             height: renameButton.height
-            opacity: row.hovered || row.isSelected || renameButton.visualFocus || deleteButton.visualFocus ? 1 : 0.45
+            opacity: row.hovered || row.isSelected || renameButton.activeFocus || deleteButton.activeFocus ? 1 : 0.45
 
             IconButton {
                 id: renameButton

@@ -13,6 +13,14 @@ FocusScope {
         composer.takeFocus();
     }
 
+    // From a message that has the keyboard, and while the text area is disabled.
+    Keys.onPressed: event => {
+        if (event.key !== Qt.Key_PageUp && event.key !== Qt.Key_PageDown)
+            return;
+        messageList.scrollByPages(event.key === Qt.Key_PageUp ? -1 : 1);
+        event.accepted = true;
+    }
+
     MessageList {
         id: messageList
 

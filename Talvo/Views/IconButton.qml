@@ -59,7 +59,7 @@ T.Button {
 
         FocusRing {
             radius: parent.radius + distance + border.width
-            shown: control.visualFocus
+            shown: control.activeFocus
         }
     }
 

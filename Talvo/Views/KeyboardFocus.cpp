@@ -13,9 +13,17 @@ namespace {
 /// Room around what is brought into view, in device-independent pixels.
 constexpr qreal room = 12;
 
+/// Who has the keyboard in an item's window; in one in the background, who gets it when the window
+/// comes back.
 const QQuickItem *holder(const QQuickItem *item)
 {
-    return item && item->window() ? item->window()->activeFocusItem() : nullptr;
+    const QQuickWindow *const window = item ? item->window() : nullptr;
+    if (!window || window->activeFocusItem())
+        return window ? window->activeFocusItem() : nullptr;
+    const QQuickItem *waiting = window->contentItem();
+    while (const QQuickItem *const next = waiting->scopedFocusItem())
+        waiting = next;
+    return waiting;
 }
 
 /// Where a view of some size, now at `position`, shows what lies between two edges, both in its

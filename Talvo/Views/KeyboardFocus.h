@@ -7,8 +7,8 @@
 
 namespace Talvo {
 
-/// Who has the keyboard, for views that would like to have it, and where that can be seen. GUI
-/// thread.
+/// Who has the keyboard, for views that would like to have it, and where that can be seen. In a
+/// window in the background that is who gets it when the window comes back. GUI thread.
 class KeyboardFocus : public QObject
 {
     Q_OBJECT

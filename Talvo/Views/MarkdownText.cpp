@@ -92,8 +92,18 @@ void MarkdownText::fill()
 void MarkdownText::takeLinks()
 {
     const std::vector<AttributedString::Run> &runs = m_styled.value().runs;
-    std::copy_if(runs.begin(), runs.end(), std::back_inserter(m_links),
-                 [](const auto &run) { return !run.link.isEmpty() && openableUrl(run.link); });
+    for (const AttributedString::Run &run : runs) {
+        if (run.link.isEmpty() || !openableUrl(run.link))
+            continue;
+        // A link is several runs where a part of its text is bold, say.
+        const bool goesOn = !m_links.empty() && m_links.back().link == run.link &&
+                            m_links.back().title == run.title &&
+                            m_links.back().start + m_links.back().length == run.start;
+        if (goesOn)
+            m_links.back().length += run.length;
+        else
+            m_links.push_back(run);
+    }
     if (m_links.empty())
         return;
     setActiveFocusOnTab(true);
@@ -126,9 +136,13 @@ bool MarkdownText::event(QEvent *event)
         }
         break;
     }
-    case QEvent::FocusOut:
-        leaveLinks();
+    case QEvent::FocusOut: {
+        // From another window or a panel the keyboard comes back to the same link.
+        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
+            leaveLinks();
         break;
+    }
     case QEvent::KeyPress:
         switch (static_cast<QKeyEvent *>(event)->key()) {
         case Qt::Key_Tab:
@@ -141,7 +155,8 @@ bool MarkdownText::event(QEvent *event)
             break;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            if (m_currentLink < 0)
+            if (m_currentLink < 0 ||
+                static_cast<QKeyEvent *>(event)->modifiers().testFlag(Qt::ControlModifier))
                 break;
             openLink(m_links.at(static_cast<size_t>(m_currentLink)).link);
             return true;

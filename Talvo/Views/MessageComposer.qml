@@ -134,16 +134,17 @@ FocusScope {
     function handleKey(event: KeyEvent): void {
         const isReturn = event.key === Qt.Key_Return || event.key === Qt.Key_Enter;
         if (event.key === Qt.Key_Tab || event.key === Qt.Key_Backtab)
-            textArea.nextItemInFocusChain(event.key === Qt.Key_Tab).forceActiveFocus(Qt.TabFocusReason);
+            textArea.nextItemInFocusChain(event.key === Qt.Key_Tab).forceActiveFocus(event.key === Qt.Key_Tab ? Qt.TabFocusReason : Qt.BacktabFocusReason);
         else if (event.key === Qt.Key_PageUp)
             composer.pageRequested(-1);
         else if (event.key === Qt.Key_PageDown)
             composer.pageRequested(1);
         else if (!isReturn || event.modifiers & Qt.ShiftModifier)
             return;
-        else if (!(event.modifiers & Qt.ControlModifier))
+        else if (!(event.modifiers & Qt.ControlModifier) && !event.isAutoRepeat)
             composer.send();
-        // Control-Return is the button's: where that is disabled it breaks no line either.
+        // Control-Return is the button's: where that is disabled it breaks no line either. Nor does a
+        // key that is still held from what closed a panel.
         event.accepted = true;
     }
 

@@ -122,6 +122,10 @@ QSGNode *ReadOnlyText::updatePaintNode(QSGNode *old, UpdatePaintNodeData *data)
 bool ReadOnlyText::event(QEvent *event)
 {
     switch (event->type()) {
+    case QEvent::ShortcutOverride:
+        // The TextEdit lets it stand as accepted, and then no shortcut of the window works.
+        event->ignore();
+        return true;
     case QEvent::KeyPress:
         if (static_cast<QKeyEvent *>(event)->matches(QKeySequence::Copy)) {
             copy();

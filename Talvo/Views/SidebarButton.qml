@@ -47,7 +47,7 @@ T.Button {
 
         FocusRing {
             distance: 0
-            shown: control.visualFocus
+            shown: control.activeFocus
         }
     }
 }

@@ -178,6 +178,15 @@ Item {
             compare(texts[0].selectedText, "iki");
         }
 
+        function test_aLinkIsOneStopHoweverItsTextIsMarked() {
+            const item = shown("[**Qt** belgesi `x`](https://example.com/1) ve [iki](https://example.com/2)");
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
+            text.forceActiveFocus(Qt.TabFocusReason);
+            compare(text.selectedText, "Qt belgesi x");
+            keyClick(Qt.Key_Tab);
+            compare(text.selectedText, "iki");
+        }
+
         function test_hoverShowsWhereALinkLeads_data() {
             return [{
                     "tag": "plain",
