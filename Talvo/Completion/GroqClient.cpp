@@ -170,7 +170,7 @@ QCoro::Task<QNetworkProxy> foundProxy(QUrl endpoint, std::chrono::milliseconds b
 {
     QFutureWatcher<QNetworkProxy> search;
     const std::unique_ptr<QTimer, QScopedPointerDeleteLater> waiting(new QTimer);
-    const auto stopWaiting = [&waiting] { waiting->start(0); };
+    const auto stopWaiting = [timer = waiting.get()] { timer->start(0); };
     waiting->setSingleShot(true);
     waiting->start(bound);
     QObject::connect(&search, &QFutureWatcherBase::finished, waiting.get(), stopWaiting);

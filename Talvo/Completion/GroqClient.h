@@ -61,7 +61,7 @@ public:
     };
 
     /// How long a transfer may be silent: runs anew with every byte, and there is no other limit
-    /// in time.
+    /// in time. The search for a proxy before it may take as long.
     static constexpr std::chrono::milliseconds defaultIdleTimeout = std::chrono::seconds(60);
 
     /// The process-wide session and the public endpoint of the service. GUI thread.
