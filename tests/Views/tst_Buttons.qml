@@ -141,6 +141,13 @@ Item {
             verify(!ring.visible);
         }
 
+        function test_aPushButtonWithTheFocusOfAPointerMarksNothing() {
+            const button = make(pushButton);
+            button.forceActiveFocus(Qt.MouseFocusReason);
+            verify(button.activeFocus);
+            verify(!Probe.find(button, "FocusRing")[0].visible);
+        }
+
         function test_aClickMarksNothing_data() {
             return all();
         }
