@@ -6,7 +6,7 @@
 # Fuzz.<name>.replay. With TALVO_FUZZ (clang) there is also <name>Fuzzer, a libFuzzer executable with
 # AddressSanitizer and UndefinedBehaviorSanitizer, for which the project's libraries among LINKS
 # and everything below them are compiled a second time with instrumentation:
-#     build/lint/fuzz/<name>Fuzzer -dict=fuzz/<file>.dict <scratch folder> <corpus folder>
+#     build/fuzz/fuzz/<name>Fuzzer -dict=fuzz/<file>.dict <scratch folder> <corpus folder>
 
 set(TALVO_FUZZ_SANITIZERS address,undefined)
 # clang 14 writes no valid code for coroutines with the check of function types.
@@ -57,7 +57,7 @@ function(talvo_fuzz_target name)
         return()
     endif()
     if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-        message(FATAL_ERROR "TALVO_FUZZ needs clang (preset lint)")
+        message(FATAL_ERROR "TALVO_FUZZ needs clang (preset fuzz)")
     endif()
     add_executable(${name}Fuzzer ${arg_SOURCES})
     target_include_directories(${name}Fuzzer PRIVATE "${PROJECT_SOURCE_DIR}/tests")

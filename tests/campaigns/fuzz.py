@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Runs every libFuzzer target of the lint preset, one after the other, and prints its figures.
+"""Runs every libFuzzer target of the fuzz preset, one after the other, and prints its figures.
 
-    cmake --preset lint && cmake --build --preset lint
+    cmake --preset fuzz && cmake --build --preset fuzz
     tests/campaigns/fuzz.py --seconds 600 [NAME...]
 
-What a target finds stays in build/lint/fuzz/findings, as the input and the report.
+What a target finds stays in build/fuzz/fuzz/findings, as the input and the report.
 """
 
 import argparse
@@ -24,7 +24,7 @@ TARGETS = {
     "TitleCleaning": "markdown.dict",
 }
 
-FOLDER = ROOT / "build/lint/fuzz"
+FOLDER = ROOT / "build/fuzz/fuzz"
 FINDINGS = FOLDER / "findings"
 
 
