@@ -23,14 +23,19 @@ T.Dialog {
             panel.defaultButton.clicked();
     }
 
-    // A window's popups give the focus back to the window only, not to its item.
+    // A window's popups give the focus back to the window only, not to its item. A panel that opens again
+    // while it fades out still knows whom it owes the focus.
     onAboutToShow: {
-        panel.focusBefore = panel.parent ? panel.parent.Window.activeFocusItem : null;
+        if (!panel.focusBefore && panel.parent)
+            panel.focusBefore = panel.parent.Window.activeFocusItem;
         panel.contentItem.parent.Accessible.name = panel.title;
         panel.contentItem.parent.Accessible.description = Qt.binding(() => panel.description);
     }
-    onClosed: if (panel.focusBefore)
-        panel.focusBefore.forceActiveFocus(Qt.PopupFocusReason)
+    onClosed: {
+        if (panel.focusBefore)
+            panel.focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+        panel.focusBefore = null;
+    }
 
     parent: T.Overlay.overlay
     anchors.centerIn: parent

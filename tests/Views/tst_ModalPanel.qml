@@ -68,6 +68,19 @@ Item {
             verify(behind.activeFocus);
         }
 
+        function test_hasTheFocusWhenOpenedAgainWhileItFades() {
+            const item = opened();
+            item.close();
+            wait(20);
+            verify(item.visible);
+            item.open();
+            tryCompare(item, "opened", true);
+            verify(item.field.activeFocus);
+            item.close();
+            tryCompare(item, "visible", false);
+            verify(behind.activeFocus);
+        }
+
         function test_escapeRejects() {
             const item = opened();
             let rejected = 0;
