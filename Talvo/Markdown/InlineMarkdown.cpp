@@ -3,6 +3,7 @@
 #include "Markdown/AttributedStringBuilder.h"
 #include "Markdown/CmarkDocument.h"
 #include "Markdown/InlineEncoding.h"
+#include "Platform/Text.h"
 
 #include <cmark-gfm.h>
 
@@ -33,7 +34,7 @@ qsizetype pieceLength(QStringView text)
             return index + 1;
         }
     }
-    return piece.back().isHighSurrogate() ? pieceSize - 1 : pieceSize;
+    return firstCodeUnits(text, pieceSize).size();
 }
 
 std::string_view literal(cmark_node *node)

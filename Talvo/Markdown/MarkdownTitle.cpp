@@ -13,15 +13,6 @@ namespace {
 /// quadratic rules.
 constexpr qsizetype readSize = qsizetype(4) * 1024;
 
-QStringView firstPart(QStringView text)
-{
-    if (text.size() <= readSize) {
-        return text;
-    }
-    const QStringView part = text.first(readSize);
-    return part.back().isHighSurrogate() ? part.chopped(1) : part;
-}
-
 bool isText(cmark_node_type type)
 {
     return type == CMARK_NODE_TEXT || type == CMARK_NODE_CODE || type == CMARK_NODE_CODE_BLOCK;
@@ -38,7 +29,7 @@ bool separates(cmark_node_type type)
 
 std::optional<QString> visibleMarkdownText(QStringView text)
 {
-    const QByteArray utf8 = firstPart(text).toUtf8();
+    const QByteArray utf8 = firstCodeUnits(text, readSize).toUtf8();
     const CmarkDocument document({utf8.constData(), static_cast<std::size_t>(utf8.size())});
     if (document.root() == nullptr) {
         return std::nullopt;
@@ -68,7 +59,7 @@ std::optional<QString> visibleMarkdownTitle(QStringView title)
     if (title.size() <= readSize) {
         return visibleMarkdownText(title);
     }
-    QStringView start = firstPart(title);
+    QStringView start = firstCodeUnits(title, readSize);
     // The reader drops white space at the end, which is not the end of the title.
     while (!start.isEmpty() && start.back().isSpace()) {
         start.chop(1);

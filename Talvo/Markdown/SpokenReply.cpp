@@ -1,6 +1,7 @@
 #include "Markdown/SpokenReply.h"
 
 #include "Markdown/MarkdownBlockParser.h"
+#include "Platform/Text.h"
 
 #include <QStringList>
 
@@ -9,12 +10,6 @@ namespace Talvo {
 namespace {
 
 constexpr qsizetype longestSpoken = qsizetype(4) * 1024; // in UTF-16 code units
-
-QStringView spokenPart(QStringView reply)
-{
-    const QStringView part = reply.left(longestSpoken);
-    return !part.isEmpty() && part.back().isHighSurrogate() ? part.chopped(1) : part;
-}
 
 /// Collects the texts of blocks, in their order.
 class Speech
@@ -59,7 +54,7 @@ private:
 QString spokenReply(QStringView reply)
 {
     Speech speech;
-    for (const MarkdownBlock &block : parseBlocks(spokenPart(reply))) {
+    for (const MarkdownBlock &block : parseBlocks(firstCodeUnits(reply, longestSpoken))) {
         std::visit(speech, block.content);
     }
     return speech.text();

@@ -88,6 +88,16 @@ bool isBlankUtf8(QByteArrayView utf8)
            trimmedOfWhitespaceAndNewlines(textFromUtf8(rest)).isEmpty();
 }
 
+QStringView firstCodeUnits(QStringView text, qsizetype count)
+{
+    if (text.size() <= count) {
+        return text;
+    }
+    const bool splitsPair =
+        count > 0 && text[count - 1].isHighSurrogate() && text[count].isLowSurrogate();
+    return text.first(splitsPair ? count - 1 : count);
+}
+
 QString firstCharacters(const QString &text, int count)
 {
     // Every character has at least one code unit: a text this short needs no look at its clusters.

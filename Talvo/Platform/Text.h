@@ -24,6 +24,10 @@ namespace Talvo {
 /// True when UTF-8 text holds nothing but whitespace and newlines.
 [[nodiscard]] bool isBlankUtf8(QByteArrayView utf8);
 
+/// The first `count` UTF-16 code units of a text, or all; one less where those would end within a
+/// surrogate pair. A view into the argument. Pure, any thread.
+[[nodiscard]] QStringView firstCodeUnits(QStringView text, qsizetype count);
+
 /// The first `count` user-perceived characters (extended grapheme clusters, UAX #29) of a text.
 [[nodiscard]] QString firstCharacters(const QString &text, int count);
 

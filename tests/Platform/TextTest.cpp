@@ -39,6 +39,19 @@ TEST(Text, blankUtf8)
     EXPECT_FALSE(isBlankUtf8("\n\xEF\xBB\xBF "));
 }
 
+TEST(Text, firstCodeUnitsNeverCutAPair)
+{
+    const QString text = QStringLiteral("a😀b");
+    EXPECT_EQ(firstCodeUnits(text, 0), u"");
+    EXPECT_EQ(firstCodeUnits(text, 1), u"a");
+    EXPECT_EQ(firstCodeUnits(text, 2), u"a");
+    EXPECT_EQ(firstCodeUnits(text, 3), u"a😀");
+    EXPECT_EQ(firstCodeUnits(text, 4), text);
+    EXPECT_EQ(firstCodeUnits(text, 5), text);
+    const QString half = text.first(2);
+    EXPECT_EQ(firstCodeUnits(half, 2), half) << "a half without its other half stays";
+}
+
 TEST(Text, firstCharactersNeverCutsACluster)
 {
     const QString family = QStringLiteral("👩‍👩‍👧");
