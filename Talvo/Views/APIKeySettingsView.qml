@@ -10,6 +10,7 @@ ModalPanel {
 
     title: "Groq API Anahtarı"
     showsTitle: false
+    description: settings.statusMessage
     width: 480
     spacing: 18
 

@@ -230,6 +230,11 @@ void BlockPieces::addText(MarkdownBlock::Content content)
     }
 }
 
+bool BlockPieces::isOne(const QString &text)
+{
+    return !pieceLengthFor(text);
+}
+
 BlockPieces BlockPieces::ofPlainText(const QString &text)
 {
     AttributedString whole;

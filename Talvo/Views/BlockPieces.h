@@ -29,6 +29,9 @@ public:
     /// Cuts what is above those sizes; linear in the length of the texts.
     explicit BlockPieces(std::vector<MarkdownBlock> blocks);
 
+    /// Whether a text without any markup is one piece.
+    [[nodiscard]] static bool isOne(const QString &text);
+
     /// The pieces of a text without any markup, as paragraphs.
     [[nodiscard]] static BlockPieces ofPlainText(const QString &text);
 

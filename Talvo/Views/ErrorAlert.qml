@@ -8,15 +8,21 @@ ModalPanel {
 
     /// A text, also an empty one; null when there is nothing to say any more.
     required property var message
-    /// What is shown: the last message that there was, also while the alert fades out.
+    /// What is shown: the last message that there was, also while the alert fades out. A service
+    /// may say megabytes, and a text is laid out as a whole.
     property string shownMessage
+    readonly property int longestShown: 10000
+
+    function shown(message: string): string {
+        return message.length > alert.longestShown ? message.slice(0, alert.longestShown).replace(/[\uD800-\uDBFF]$/, "") + "…" : message;
+    }
 
     title: "Bir sorun oluştu"
     description: alert.shownMessage
     defaultButton: okButton
     onMessageChanged: if (alert.message !== null)
-        alert.shownMessage = alert.message
-    Component.onCompleted: alert.shownMessage = alert.message
+        alert.shownMessage = alert.shown(alert.message)
+    Component.onCompleted: alert.shownMessage = alert.shown(alert.message)
 
     function scrollBy(distance: real): void {
         const lowest = flickable.contentHeight - flickable.height;

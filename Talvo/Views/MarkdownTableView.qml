@@ -21,6 +21,9 @@ Flickable {
     boundsBehavior: Flickable.StopAtBounds
     clip: overflows
     activeFocusOnTab: overflows
+    Accessible.ignored: !overflows
+    Accessible.role: Accessible.Grouping
+    Accessible.name: "Tablo"
     onActiveFocusChanged: if (view.activeFocus)
         KeyboardFocus.reveal(view)
     Keys.onLeftPressed: view.scrollBy(-60)

@@ -25,7 +25,8 @@ MarkdownText::MarkdownText(QQuickItem *parent, const BlockText &styled, Rank ran
     setParent(parent);
     setParentItem(parent);
     setLooks(looks);
-    setShownSource(styled.plain());
+    // Position for position as in the document: there, each of a CR LF from entities ends a line.
+    setShownSource(styled.plain().replace(u'\r', u'\n'));
 }
 
 QAccessible::Role MarkdownText::accessibleRole() const
@@ -58,6 +59,12 @@ void MarkdownText::applyFonts()
 void MarkdownText::applyColours()
 {
     ReadOnlyText::applyColours();
+    // The selection is also the mark of the link that has the keyboard, and has to be told from its
+    // surroundings as easily as the links themselves.
+    if (m_currentLink >= 0) {
+        setSelectionColor(looks()->link);
+        setSelectedTextColor(looks()->focusedLink);
+    }
     restyle();
 }
 
@@ -110,6 +117,18 @@ void MarkdownText::takeLinks()
     setAcceptHoverEvents(true);
     connect(this, &QQuickTextEdit::linkActivated, this, &openLink);
     connect(this, &QQuickTextEdit::linkHovered, this, &MarkdownText::followHover);
+    connect(this, &QQuickTextEdit::selectedTextChanged, this, &MarkdownText::followSelection);
+}
+
+/// No key opens a link that is not marked any more.
+void MarkdownText::followSelection()
+{
+    if (m_currentLink < 0)
+        return;
+    const AttributedString::Run &link = m_links[static_cast<size_t>(m_currentLink)];
+    if (selectionStart() == link.start && selectionEnd() == link.start + link.length)
+        return;
+    unmarkLink();
 }
 
 void MarkdownText::restyle()
@@ -178,6 +197,7 @@ bool MarkdownText::goToLink(int step)
         return false;
     }
     m_currentLink = next;
+    applyColours();
     const AttributedString::Run &link = m_links[static_cast<size_t>(next)];
     const int start = static_cast<int>(link.start);
     const int end = static_cast<int>(link.start + link.length);
@@ -191,8 +211,14 @@ void MarkdownText::leaveLinks()
 {
     if (m_currentLink < 0)
         return;
-    m_currentLink = -1;
+    unmarkLink();
     deselect();
+}
+
+void MarkdownText::unmarkLink()
+{
+    m_currentLink = -1;
+    applyColours();
     showHint({}, {});
 }
 

@@ -46,6 +46,8 @@ private:
     void takeLinks();
     bool goToLink(int step);
     void leaveLinks();
+    void unmarkLink();
+    void followSelection();
     void followHover();
     void showHint(const QString &address, QPointF place);
     [[nodiscard]] QPointF below(int position) const;

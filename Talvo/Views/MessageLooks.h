@@ -21,6 +21,8 @@ class MessageLooks : public QObject
     Q_PROPERTY(QColor selectedText MEMBER selectedText NOTIFY coloursChanged FINAL)
     /// Of a link's text.
     Q_PROPERTY(QColor link MEMBER link NOTIFY coloursChanged FINAL)
+    /// Of the text of the link that has the keyboard, which stands on the links' colour.
+    Q_PROPERTY(QColor focusedLink MEMBER focusedLink NOTIFY coloursChanged FINAL)
     /// Under code.
     Q_PROPERTY(QColor codeBackground MEMBER codeBackground NOTIFY coloursChanged FINAL)
     /// Under the cells of a table's header.
@@ -47,6 +49,7 @@ public:
     QColor selection;
     QColor selectedText;
     QColor link;
+    QColor focusedLink;
     QColor codeBackground;
     QColor tableHead;
     QColor tableLine;

@@ -1,5 +1,6 @@
 #include "Views/ReadOnlyText.h"
 
+#include "Views/BlockPieces.h"
 #include "Views/FollowedObject.h"
 #include "Views/StyledDocument.h"
 
@@ -99,6 +100,11 @@ QString ReadOnlyText::selectedSource() const
     return m_source.mid(selectionStart(), selectionEnd() - selectionStart());
 }
 
+bool ReadOnlyText::isQuick(const QString &text)
+{
+    return BlockPieces::isOne(text);
+}
+
 void ReadOnlyText::copy() const
 {
     const QString text = selectedSource();
@@ -130,6 +136,12 @@ bool ReadOnlyText::event(QEvent *event)
         if (static_cast<QKeyEvent *>(event)->matches(QKeySequence::Copy)) {
             copy();
             return true;
+        }
+        if (static_cast<QKeyEvent *>(event)->matches(QKeySequence::SelectAll)) {
+            // The TextEdit offers its own version of the selection here, too.
+            const bool isTaken = QQuickTextEdit::event(event);
+            offerSelection();
+            return isTaken;
         }
         break;
     case QEvent::MouseButtonPress:

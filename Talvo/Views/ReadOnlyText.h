@@ -45,6 +45,9 @@ public:
         return QAccessible::StaticText;
     }
 
+    /// Whether the window is not held up by laying a text out as a whole, as this item does.
+    Q_INVOKABLE [[nodiscard]] static bool isQuick(const QString &text);
+
     /// Puts the selected text on the clipboard, as plain text; does nothing without a selection. In
     /// QML this is what `copy` calls, in place of TextEdit's own.
     Q_INVOKABLE void copy() const;

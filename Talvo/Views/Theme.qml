@@ -67,6 +67,7 @@ QtObject {
         selection: theme.selection
         selectedText: theme.selectedText
         link: theme.link
+        focusedLink: theme.window
         codeBackground: theme.codeBg
         tableHead: theme.tableHead
         tableLine: theme.separator

@@ -9,30 +9,30 @@ import Talvo.Views
 MessageRow {
     id: row
 
-    /// Qt Quick lays out a text as a whole: a very long one is drawn in pieces.
-    readonly property bool isLong: row.content.length > 20000
+    /// What would hold up the window as a whole is drawn in pieces.
+    readonly property bool inPieces: !message.isQuick(row.content)
 
     isAssistant: false
     stack: pieces.item as MarkdownBlockStack
-    contentWidth: row.isLong ? (pieces.item?.naturalWidth ?? 0) : message.naturalWidth
-    contentHeight: row.isLong ? pieces.height : message.height
+    contentWidth: row.inPieces ? (pieces.item?.naturalWidth ?? 0) : message.naturalWidth
+    contentHeight: row.inPieces ? pieces.height : message.height
 
     PlainMessageText {
         id: message
 
-        visible: !row.isLong
+        visible: !row.inPieces
         x: row.horizontalPadding
         y: row.verticalPadding
         // No wider than the bubble, at whose edge a right-to-left text stands.
         width: Math.min(Math.ceil(message.implicitWidth), row.maximumContentWidth)
-        content: row.isLong ? "" : row.content
+        content: row.inPieces ? "" : row.content
         looks: Theme.ownMessageLooks
     }
 
     Loader {
         id: pieces
 
-        active: row.isLong
+        active: row.inPieces
         x: row.horizontalPadding
         y: row.verticalPadding
         width: row.maximumContentWidth

@@ -13,9 +13,11 @@
 #include <QSemaphore>
 #include <QTcpServer>
 
+#include <chrono>
 #include <set>
 
 using namespace Talvo;
+using namespace std::chrono_literals;
 
 using Case = GroqClient::GroqError::Case;
 using Role = ChatMessage::Role;

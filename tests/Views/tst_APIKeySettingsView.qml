@@ -167,6 +167,14 @@ Item {
             verify(sheet.opened);
         }
 
+        function test_theStatusIsToldWithThePanel() {
+            const sheet = openedWith("gsk_eski");
+            compare(Probe.description(sheet.contentItem.parent), "");
+            click(sheet, "Anahtarı Sil");
+            expectStatus(sheet, "API anahtarı silindi.", false);
+            compare(Probe.description(sheet.contentItem.parent), "API anahtarı silindi.");
+        }
+
         function test_savingReplacesTheStoredKey() {
             const sheet = openedWith("gsk_eski");
             enter(sheet, "gsk_yeni");

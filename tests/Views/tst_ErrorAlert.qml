@@ -43,6 +43,15 @@ Item {
             compare(Probe.texts(alert.contentItem.parent), "Bir sorun oluştu|Sunucu <b>yok</b>.");
         }
 
+        function test_cutsOffAMessageBeyondAllMeasure() {
+            const alert = opened("x".repeat(10000));
+            compare(label(alert).text.length, 10000);
+            alert.message = "y".repeat(10001);
+            compare(label(alert).text, "y".repeat(10000) + "…");
+            alert.message = "z" + "😀".repeat(5000);
+            compare(label(alert).text, "z" + "😀".repeat(4999) + "…", "no half of a pair");
+        }
+
         function test_hasOneButtonWhichHasTheFocus() {
             const alert = opened("x");
             const buttons = Probe.find(alert.contentItem, "PushButton");

@@ -164,6 +164,8 @@ Item {
             const before = Probe.opened.length;
             texts[0].forceActiveFocus(Qt.TabFocusReason);
             compare(texts[0].selectedText, "bir");
+            compare(texts[0].selectionColor, Theme.link);
+            compare(texts[0].selectedTextColor, Theme.window);
             keyClick(Qt.Key_Return);
             keyClick(Qt.Key_Tab);
             compare(texts[0].selectedText, "iki");
@@ -171,11 +173,47 @@ Item {
             keyClick(Qt.Key_Tab);
             verify(texts[1].activeFocus);
             compare(texts[0].selectedText, "");
+            compare(texts[0].selectionColor, Theme.selection);
+            compare(texts[0].selectedTextColor, Theme.selectedText);
             compare(texts[1].selectedText, "üç");
             keyClick(Qt.Key_Return);
             compare(Probe.opened.slice(before).join(), "https://example.com/1,https://example.com/2,https://example.com/3");
             keyClick(Qt.Key_Backtab);
             compare(texts[0].selectedText, "iki");
+        }
+
+        function test_noKeyOpensALinkThatIsNotMarked_data() {
+            return [{
+                    "tag": "click elsewhere",
+                    "change": text => mouseClick(text, 4, text.height / 2)
+                }, {
+                    "tag": "all selected",
+                    "change": () => keySequence(StandardKey.SelectAll)
+                }];
+        }
+
+        function test_noKeyOpensALinkThatIsNotMarked(data) {
+            const item = shown("Önünde yazı [bir](https://example.com/1) ardında yazı");
+            const text = Probe.find(item, "Talvo::MarkdownText")[0];
+            const before = Probe.opened.length;
+            text.forceActiveFocus(Qt.TabFocusReason);
+            compare(text.selectedText, "bir");
+            data.change(text);
+            verify(text.selectedText !== "bir");
+            keyClick(Qt.Key_Return);
+            compare(Probe.opened.length, before);
+            keyClick(Qt.Key_Tab);
+            compare(text.selectedText, "bir");
+            keyClick(Qt.Key_Return);
+            compare(Probe.opened.length, before + 1);
+        }
+
+        function test_copiesWhatEntitiesEndLinesOf() {
+            const text = Probe.find(shown("a &#13;&#10; bcd"), "Talvo::MarkdownText")[0];
+            compare(text.source.length, text.length);
+            text.select(text.length - 3, text.length);
+            text.copy();
+            compare(Probe.clipboard(), "bcd");
         }
 
         function test_aLinkIsOneStopHoweverItsTextIsMarked() {

@@ -153,6 +153,13 @@ Item {
             compare(item.contentX, 0);
         }
 
+        function test_whatTakesTheKeyboardIsNamed() {
+            const item = table(["| A | B | C | D | E |", "|---|---|---|---|---|"]);
+            item.forceActiveFocus(Qt.TabFocusReason);
+            compare(Probe.name(item), "Tablo");
+            verify(Probe.states(item).includes("focused"), Probe.states(item));
+        }
+
         function test_smallTableNeitherScrollsNorTakesFocus() {
             const item = table(["| A |", "|---|"]);
             verify(!item.overflows);

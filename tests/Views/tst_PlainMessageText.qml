@@ -17,6 +17,14 @@ Item {
         }
     }
 
+    Component {
+        id: row
+
+        UserMessageRow {
+            width: 400
+        }
+    }
+
     TestCase {
         name: "PlainMessageText"
         when: windowShown
@@ -41,6 +49,24 @@ Item {
             compare(Probe.name(item), data.content);
             compare(Probe.text(item), data.content);
             compare(item.textFormat, TextEdit.PlainText);
+        }
+
+        function test_knowsWhatHoldsUpTheWindow() {
+            const item = createTemporaryObject(text, scene, {
+                    "content": ""
+                });
+            verify(item.isQuick("x".repeat(20000)));
+            verify(!item.isQuick("x".repeat(20001)));
+            verify(!item.isQuick("e" + "\u0301".repeat(1000)));
+        }
+
+        function test_aRowShowsInPiecesWhatHoldsUpTheWindow() {
+            const item = createTemporaryObject(row, scene, {
+                    "content": "e" + "\u0301".repeat(1000)
+                });
+            verify(item.inPieces);
+            item.content = "kısa";
+            verify(!item.inPieces);
         }
 
         function test_copiesExactly() {

@@ -17,6 +17,7 @@
 
 #include <cstring>
 #include <functional>
+#include <memory>
 #include <sanitizer/tsan_interface.h>
 
 namespace {
@@ -106,6 +107,18 @@ TALVO_REDIRECTED(void, _ZN11QThreadPool5startESt8functionIFvvEEi, QThreadPool *p
 {
     __real__ZN11QThreadPool5startEP9QRunnablei(pool, new HandedOverJob(pool, std::move(*job)),
                                                priority);
+}
+
+// QThreadPool::tryStart(std::function<void()>)
+TALVO_REDIRECTED(bool, _ZN11QThreadPool8tryStartESt8functionIFvvEE, QThreadPool *pool,
+                 std::function<void()> *job)
+{
+    auto handedOver = std::make_unique<HandedOverJob>(pool, std::move(*job));
+    if (!pool->tryStart(handedOver.get())) {
+        return false;
+    }
+    handedOver.release(); // the pool deletes it
+    return true;
 }
 
 // QThreadPool::waitForDone(int)
