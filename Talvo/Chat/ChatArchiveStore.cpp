@@ -142,11 +142,10 @@ void ChatArchiveStore::readAheadNow()
 std::optional<ChatArchive> ChatArchiveStore::loadNow()
 {
     requireLocation(m_fileURL);
-    m_mustKeepOldFile = false;
+    m_mustKeepOldFile = true; // until it turns out to be readable, or is replaced
     if (!m_fileManager->fileExists(m_fileURL)) {
         return std::nullopt;
     }
-    m_mustKeepOldFile = true; // until it turns out to be readable
     try {
         ChatArchive archive = decodeArchive(*m_fileManager->openFile(m_fileURL));
         m_mustKeepOldFile = false;
@@ -166,6 +165,7 @@ void ChatArchiveStore::saveNow(const ChatArchive &archive)
     keepUnreadableFile();
     m_fileManager->replaceFile(
         m_fileURL, [&archive](const FileManager::Sink &sink) { encodeArchive(archive, sink); });
+    m_mustKeepOldFile = false;
 }
 
 void ChatArchiveStore::keepUnreadableFile()
@@ -178,7 +178,8 @@ void ChatArchiveStore::keepUnreadableFile()
     for (int attempt = 1; attempt <= mostAttempts; ++attempt) {
         const auto outcome = m_fileManager->linkFile(m_fileURL, unreadableFileName(now, attempt));
         if (outcome != FileManager::LinkOutcome::nameTaken) {
-            m_mustKeepOldFile = false; // kept, or gone: then there is nothing to keep
+            // One that is not there may only be out of reach, and back when this save has failed.
+            m_mustKeepOldFile = outcome == FileManager::LinkOutcome::fileMissing;
             return;
         }
     }

@@ -67,7 +67,8 @@ public:
     ///
     /// The first save after a failed load first keeps the file that could not be loaded, as
     /// "chat-archive.unreadable-<UTC time>.json" beside it; where that cannot be done the save
-    /// fails and replaces nothing.
+    /// fails and replaces nothing. The same for a file that was not there when it was to be loaded,
+    /// and is by then: a drive may have been connected meanwhile.
     [[nodiscard]] QFuture<void> save(ChatArchive archive);
 
 private:

@@ -211,7 +211,7 @@ private:
     bool m_canSend = false;
     bool m_isSending = false;
     bool m_isAwaitingResponse = false;
-    bool m_isReadingKey = false;
+    bool m_isPreparingSend = false;
     bool m_isClosing = false;
     bool m_hasAnnouncedEnd = false;
     LoadPhase m_loadPhase = LoadPhase::notStarted;

@@ -37,7 +37,7 @@ QString titleFromReply(const QByteArray &reply)
 QCoro::Task<> ChatModel::send()
 {
     const QString text = trimmedOfWhitespaceAndNewlines(m_draft).toString();
-    if (text.isEmpty() || m_isSending || m_isReadingKey || !m_selectedChatID) {
+    if (text.isEmpty() || m_isSending || m_isPreparingSend || !m_selectedChatID) {
         co_return;
     }
     if (isDeferredByLoad([this, text] { sendText(text, std::nullopt); })) {
@@ -54,13 +54,13 @@ QCoro::Task<> ChatModel::sendText(QString text, std::optional<QString> composerT
 {
     const RunningTask task(this);
     const QPointer<ChatModel> self(this);
-    if (m_isSending || m_isReadingKey || !m_selectedChatID) {
+    if (m_isSending || m_isPreparingSend || !m_selectedChatID) {
         giveBackToDraft(text);
         co_return;
     }
     const QUuid sessionID = *m_selectedChatID;
     clearErrorMessage();
-    m_isReadingKey = true;
+    m_isPreparingSend = true;
     std::optional<QString> apiKey;
     {
         // Ends, with a copy that it may hold, before this one is wiped.
@@ -72,10 +72,10 @@ QCoro::Task<> ChatModel::sendText(QString text, std::optional<QString> composerT
     if (!self) {
         co_return;
     }
-    m_isReadingKey = false;
     // Without a key, or when the conversation was deleted while a keyring asked for its password,
     // the text stays with the user.
     if (!apiKey || findSession(sessionID) == m_sessions.end()) {
+        m_isPreparingSend = false;
         if (!composerText) {
             giveBackToDraft(text);
         }
@@ -87,7 +87,12 @@ QCoro::Task<> ChatModel::sendText(QString text, std::optional<QString> composerT
     const ChatMessage userMessage = ChatMessage::make(ChatMessage::Role::user, text.toUtf8());
     QCoro::Task<> saving = appendAndSave(userMessage, sessionID);
     co_await saving;
-    if (self && !m_isClosing) {
+    if (!self) {
+        co_return;
+    }
+    // Until here another send would come into its requests beside this one: no flag is up yet.
+    m_isPreparingSend = false;
+    if (!m_isClosing) {
         QCoro::Task<> exchanging = exchange(sessionID, userMessage, *apiKey);
         co_await exchanging;
     }

@@ -190,3 +190,42 @@ TEST_F(UnreadableArchiveTest, anArchiveBehindALinkIsReplacedWhereItIs)
     save(sampleArchive());
     EXPECT_EQ(QDir(synced).entryList({QStringLiteral("chat-archive.unreadable-*")}).size(), 1);
 }
+
+/// As with a drive that is plugged in after the first message could not be saved.
+TEST_F(UnreadableArchiveTest, anArchiveWhoseFolderComesBackAfterAFailedSaveIsKept)
+{
+    QDir().mkpath(folder());
+    const QString drive = m_directory.filePath(QStringLiteral("drive"));
+    const QString real = drive + QStringLiteral("/talvo.json");
+    ASSERT_TRUE(QFile::link(real, file()));
+    EXPECT_EQ(failureOf(m_store->load()), PlatformFailure::archiveNotReadable);
+    EXPECT_EQ(failureOf(m_store->save(emptyArchive())), PlatformFailure::archiveNotWritable);
+
+    QDir().mkpath(drive);
+    QFile archive(real);
+    ASSERT_TRUE(archive.open(QFile::WriteOnly));
+    archive.write("all of the conversations");
+    archive.close();
+    save(emptyArchive());
+    EXPECT_EQ(bytes(real), encodeArchive(emptyArchive()));
+    const QStringList kept = QDir(drive).entryList({QStringLiteral("chat-archive.unreadable-*")});
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(bytes(drive + u'/' + kept.constFirst()), "all of the conversations");
+}
+
+/// The same for the whole folder, behind a link.
+TEST_F(UnreadableArchiveTest, anArchiveThatIsThereAfterAStartWithoutOneIsKept)
+{
+    const QString drive = m_directory.filePath(QStringLiteral("drive"));
+    ASSERT_TRUE(QFile::link(drive, folder()));
+    EXPECT_EQ(load(), std::nullopt);
+    EXPECT_EQ(failureOf(m_store->save(emptyArchive())), PlatformFailure::folderNotCreatable);
+
+    QDir().mkpath(drive);
+    writeFile("all of the conversations");
+    save(emptyArchive());
+    EXPECT_EQ(bytes(file()), encodeArchive(emptyArchive()));
+    const QStringList kept = QDir(drive).entryList({QStringLiteral("chat-archive.unreadable-*")});
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(bytes(drive + u'/' + kept.constFirst()), "all of the conversations");
+}

@@ -209,3 +209,66 @@ TEST_F(ChatModelFollowUps, aConversationOfAnotherSessionLeavesTheMemoryAlone)
     model->newChat();
     EXPECT_EQ(model->memory(), QStringLiteral("- genel"));
 }
+
+TEST_F(ChatModelFollowUps, everyRequestOfASendCarriesItsKey)
+{
+    beginSend(QStringLiteral("soru"));
+    answer(request(0), QStringLiteral("yanıt"));
+    storeKey(QStringLiteral("gsk_sonraki"));
+    answer(request(1), QStringLiteral("Başlık"));
+    request(2);
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(request(i)->request().rawHeader("Authorization"), "Bearer gsk") << i;
+    }
+}
+
+TEST_F(ChatModelFollowUps, theMemoryRequestNamesTheModelChosenByThen)
+{
+    beginSend(QStringLiteral("soru"));
+    answer(request(0), QStringLiteral("yanıt"));
+    request(1);
+    model->selectModel(QStringLiteral("llama-3.1-8b-instant"));
+    answer(request(1), QStringLiteral("Başlık"));
+    EXPECT_EQ(modelOf(request(1)), QStringLiteral("llama-3.3-70b-versatile"));
+    EXPECT_EQ(modelOf(request(2)), QStringLiteral("llama-3.1-8b-instant"));
+}
+
+TEST_F(ChatModelFollowUps, theirFailuresLeaveAnErrorThatIsShownAlone)
+{
+    beginSend(QStringLiteral("soru"));
+    answer(request(0), QStringLiteral("yanıt"));
+    request(1);
+    model->setErrorMessage(QStringLiteral("kaydedilemedi"));
+    request(1)->answer(500, "bozuk");
+    request(2)->answer(500, "bozuk");
+    waitUntilIdle();
+    EXPECT_EQ(model->errorMessage(), QStringLiteral("kaydedilemedi"));
+}
+
+TEST_F(ChatModelFollowUps, aLaterTitleRequestHoldsTheWholeConversation)
+{
+    exchange(std::nullopt, std::nullopt);
+    beginSend(QStringLiteral("ikinci"));
+    answer(request(3), QStringLiteral("yanıt"));
+    const auto sent = messagesOf(request(4));
+    ASSERT_EQ(sent.size(), 6U);
+    EXPECT_EQ(sent[1].content, QString::fromUtf8(model->selectedMessages()[0].content));
+    EXPECT_EQ(sent[2].content, QStringLiteral("soru"));
+    EXPECT_EQ(sent[4].content, QStringLiteral("ikinci"));
+}
+
+TEST_F(ChatModelFollowUps, theirFailedSavesAreReported)
+{
+    beginSend(QStringLiteral("soru"));
+    answer(request(0), QStringLiteral("yanıt"));
+    for (const std::size_t number : {1U, 2U}) {
+        ScriptedReply *followUp = request(number);
+        files->breakWriting(PlatformFailure::diskFull);
+        answer(followUp, QStringLiteral("metin"));
+        ASSERT_TRUE(waitUntil([&] { return model->errorMessage().has_value(); })) << number;
+        EXPECT_EQ(model->errorMessage(), platformFailureText(PlatformFailure::diskFull));
+        files->breakWriting(std::nullopt);
+        model->clearErrorMessage();
+    }
+    waitUntilIdle();
+}

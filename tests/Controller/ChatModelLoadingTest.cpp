@@ -115,9 +115,11 @@ TEST_F(ChatModelLoading, happensOnce)
 TEST_F(ChatModelLoading, aFailureShowsItsSentenceAndSavesNothing)
 {
     files->put(QString::fromUtf16(path), "{bozuk");
+    model->setDraft(QStringLiteral("taslak"));
     model->startLoadingArchive();
     waitUntilNothingIsUnderWay();
     ASSERT_TRUE(model->errorMessage());
+    EXPECT_EQ(model->draft(), QStringLiteral("taslak"));
     EXPECT_TRUE(
         model->errorMessage()->startsWith(platformFailureText(PlatformFailure::archiveNotValid)));
     EXPECT_TRUE(model->errorMessage()->contains(QStringLiteral("chat-archive.unreadable")));

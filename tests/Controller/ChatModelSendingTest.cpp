@@ -370,3 +370,51 @@ TEST_F(ChatModelSending, aKeyringThatWaitsLeavesTheThreadsOfOthersAlone)
     items->openGate();
     request(0);
 }
+
+/// A slow disk: the first message is still being saved when the user wants to send the next one.
+TEST_F(ChatModelSending, oneSendAtATimeIsInItsRequests)
+{
+    files->hold();
+    model->setDraft(QStringLiteral("bir"));
+    model->startSending();
+    ASSERT_TRUE(waitUntil([&] { return files->waiting() == 1; }));
+    model->setDraft(QStringLiteral("iki"));
+    model->startSending();
+    files->release();
+    const auto sent = messagesOf(request(0));
+    EXPECT_EQ(sent.back().content, QStringLiteral("bir"));
+    waitUntilNothingIsUnderWay();
+    EXPECT_EQ(network->count(), 1U);
+    EXPECT_EQ(model->draft(), QStringLiteral("iki"));
+
+    answer(request(0), QStringLiteral("yanıt"));
+    request(1)->answer(500, "bozuk"); // the title
+    request(2)->answer(500, "bozuk"); // the memory
+    waitUntilIdle();
+    model->startSending();
+    EXPECT_EQ(messagesOf(request(3)).back().content, QStringLiteral("iki"));
+}
+
+TEST_F(ChatModelSending, aRequestHoldsTheWholeConversationAndTheMemoryAsStored)
+{
+    ChatArchive archive = threeSessions();
+    archive.memory = QStringLiteral(" \n");
+    std::vector<SentMessage> expected{{QStringLiteral("system"), QString()},
+                                      {QStringLiteral("assistant"), QStringLiteral("Bir merhaba")}};
+    for (int i = 0; i < 300; ++i) {
+        const auto text = QStringLiteral(" mesaj %1\n").arg(i);
+        archive.sessions[0].messages.append(
+            ChatMessage::make(ChatMessage::Role::user, text.toUtf8()));
+        expected.push_back({QStringLiteral("user"), text});
+    }
+    expected.push_back({QStringLiteral("user"), QStringLiteral("son")});
+    putArchive(archive);
+    makeModel();
+    load();
+    beginSend(QStringLiteral("son"));
+    const auto sent = messagesOf(request(0));
+    EXPECT_TRUE(
+        sent[0].content.contains(QStringLiteral("hatırladığın bilgiler:\n \n\n\nBu hafızayı")));
+    expected[0].content = sent[0].content;
+    EXPECT_EQ(sent, expected);
+}

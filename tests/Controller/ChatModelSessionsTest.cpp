@@ -154,6 +154,21 @@ TEST_F(ChatModelSessions, deletingAnotherChatKeepsSelectionDraftAndError)
     EXPECT_EQ(model->errorMessage(), QStringLiteral("hata"));
 }
 
+TEST_F(ChatModelSessions, deletingAChatAboveTheSelectedOneKeepsTheSelection)
+{
+    const QUuid selected = idAt(2);
+    model->selectChat(selected);
+    model->deleteChat(idAt(0));
+    EXPECT_EQ(model->selectedChatID(), selected);
+}
+
+TEST_F(ChatModelSessions, selectingChangesNoChat)
+{
+    const auto before = model->sessions();
+    model->selectChat(idAt(2));
+    EXPECT_EQ(model->sessions(), before);
+}
+
 TEST_F(ChatModelSessions, deletingTheLastChatLeavesNothingSelected)
 {
     while (!model->sessions().empty()) {
