@@ -62,6 +62,13 @@ UDate shiftedReference(UDate reference, UDate date)
     return date + seconds * millisecondsPerSecond;
 }
 
+/// The toolkit's name "C" is no locale of ICU's: it would count one hour as "1 hours".
+icu::Locale localeNamed(const QString &name)
+{
+    return name == QLatin1String("C") ? icu::Locale("en_US_POSIX")
+                                      : icu::Locale(name.toUtf8().constData());
+}
+
 } // namespace
 
 /// The calendar's arithmetic and the texts of one locale, both ICU's.
@@ -71,7 +78,7 @@ public:
     Calendar(const QString &localeName, const QByteArray &timeZoneId)
     {
         UErrorCode status = U_ZERO_ERROR;
-        const icu::Locale locale(localeName.toUtf8().constData());
+        const icu::Locale locale = localeNamed(localeName);
         m_texts = std::make_unique<icu::RelativeDateTimeFormatter>(
             locale, nullptr, UDAT_STYLE_LONG, UDISPCTX_CAPITALIZATION_NONE, status);
         m_calendar.reset(icu::Calendar::createInstance(timeZone(timeZoneId), locale, status));

@@ -48,6 +48,10 @@ ListView {
     topMargin: 2
     bottomMargin: 2
     boundsBehavior: Flickable.StopAtBounds
+    // The Tab key comes back to the selected row, not to the bin that it left by. A window in the
+    // background keeps its place.
+    onActiveFocusChanged: if (!list.activeFocus && list.currentItem && Window.active)
+        list.currentItem.focus = true
     // One row out of sight, for the Tab key to go to. Each is made before a frame that does not show it.
     cacheBuffer: 40
     keyNavigationEnabled: false

@@ -210,6 +210,12 @@ TEST(RelativeDate, hasATextForAbsurdDates)
     }
 }
 
+TEST(RelativeDate, countsOneHourInTheCLocale)
+{
+    const RelativeDateFormatter formatter(QStringLiteral("C"), "UTC");
+    EXPECT_EQ(formatter.text({0}, {3600}), QStringLiteral("1 hour ago"));
+}
+
 TEST(RelativeDate, anUnknownLocaleStillGivesAText)
 {
     const RelativeDateFormatter formatter(QStringLiteral("xx_YY"), "UTC");

@@ -184,5 +184,20 @@ Item {
             for (const name of ["Yeni Sohbet", "Bir", "Sohbeti yeniden adlandır", "Sohbeti sil", "Groq modeli", "API Ayarları"])
                 verify(visited.indexOf(name) >= 0, name + " in " + visited);
         }
+
+        function test_tabComesBackToTheSelectedRow() {
+            const sidebar = make(["Bir", "İki"]);
+            const rounds = [];
+            for (let round = 0; round < 2; ++round) {
+                named(sidebar, "SidebarButton", "Yeni Sohbet").forceActiveFocus(Qt.TabFocusReason);
+                const visited = [];
+                for (let step = 0; step < 8; ++step) {
+                    visited.push(Probe.name(scene.Window.activeFocusItem));
+                    keyClick(Qt.Key_Tab);
+                }
+                rounds.push(visited);
+            }
+            compare(rounds[1], rounds[0]);
+        }
     }
 }
