@@ -33,7 +33,7 @@ class MarkdownBlockStack : public Talvo::BlockStack
     Q_PROPERTY(QQmlComponent *tableView MEMBER m_tableView NOTIFY viewsChanged FINAL)
     /// A line across the whole width.
     Q_PROPERTY(QQmlComponent *divider MEMBER m_divider NOTIFY viewsChanged FINAL)
-    /// Stands at the end of a text beyond all measure, and calls showMore().
+    /// Stands for the middle of a text beyond all measure, and calls showMore().
     Q_PROPERTY(QQmlComponent *more MEMBER m_more NOTIFY viewsChanged FINAL)
 
 public:
@@ -57,7 +57,7 @@ public:
     /// is first called, all of the stack counts as visible.
     void setVisiblePart(qreal top, qreal bottom);
 
-    /// Goes on where a text beyond all measure was cut off; does nothing when it was not.
+    /// Goes on where the middle of a text is left out; does nothing where it is not.
     Q_INVOKABLE void showMore() { m_blocks.showMore(); }
 
 Q_SIGNALS:

@@ -114,16 +114,18 @@ void MarkdownBlocks::show(const Job &job)
         return;
     m_pieces = job.result;
     m_allowed = 0;
+    m_tail = 0;
     extend();
-    if (m_isFromEnd) {
+    m_offersMore = m_isFromEnd && m_allowed < pieceCount();
+    if (m_offersMore) {
+        m_tail = lastPortion(pieceCount());
+        m_begin = m_end = m_allowed;
+    } else if (m_isFromEnd) {
         m_end = m_allowed;
-        m_begin = m_end - static_cast<int>(
-                              m_pieces->countBackWithin(static_cast<std::size_t>(m_end), portion));
-        m_offersMore = m_allowed < pieceCount();
+        m_begin = m_end - lastPortion(m_end);
     } else {
         m_begin = 0;
         m_end = std::min(static_cast<int>(m_pieces->countWithin(0, portion)), m_allowed);
-        m_offersMore = false;
     }
     Q_EMIT replaced();
     goOn();
@@ -133,6 +135,15 @@ void MarkdownBlocks::extend()
 {
     const auto first = static_cast<std::size_t>(m_allowed);
     m_allowed += static_cast<int>(m_pieces->countWithin(first, effortWithoutAsking));
+    const int tail = lastPortion(pieceCount());
+    if (m_allowed + tail >= pieceCount())
+        m_allowed = pieceCount() - m_tail; // nothing is left out between them
+}
+
+/// How many pieces before `end` are one portion.
+int MarkdownBlocks::lastPortion(int end) const
+{
+    return static_cast<int>(m_pieces->countBackWithin(static_cast<std::size_t>(end), portion));
 }
 
 void MarkdownBlocks::showMore()
@@ -152,10 +163,13 @@ void MarkdownBlocks::goOn()
         return;
     }
     m_growth.stop();
-    if (m_allowed == pieceCount() || m_offersMore)
+    if (m_allowed + m_tail == pieceCount() || m_offersMore)
         return;
     m_offersMore = true;
-    Q_EMIT inserted(shownCount(), shownCount());
+    const bool hasTail = m_tail > 0;
+    if (!hasTail)
+        m_tail = lastPortion(pieceCount());
+    Q_EMIT inserted(shownCount(), shownCount() + (hasTail ? 0 : m_tail));
 }
 
 void MarkdownBlocks::timerEvent(QTimerEvent *event)
@@ -172,8 +186,7 @@ void MarkdownBlocks::grow()
         return;
     }
     if (m_begin > 0) {
-        const auto count =
-            static_cast<int>(m_pieces->countBackWithin(static_cast<std::size_t>(m_begin), portion));
+        const int count = lastPortion(m_begin);
         m_begin -= count;
         Q_EMIT inserted(0, count - 1);
     } else if (m_end < m_allowed) {
@@ -188,18 +201,17 @@ void MarkdownBlocks::grow()
 
 int MarkdownBlocks::rowCount() const
 {
-    return isParsed() ? shownCount() + (m_offersMore ? 1 : 0) : 1;
+    return isParsed() ? shownCount() + (m_offersMore ? 1 : 0) + m_tail : 1;
 }
 
 MarkdownBlocks::Row MarkdownBlocks::row(int row) const
 {
     if (!isParsed())
         return PlainText{m_content.left(BlockPieces::longestText)};
-    if (row == shownCount())
+    if (m_offersMore && row == shownCount())
         return OfferOfMore();
-    const auto &content = m_pieces->blocks()
-                              .at(static_cast<std::size_t>(m_begin) + static_cast<std::size_t>(row))
-                              .content;
+    const int piece = row < shownCount() ? m_begin + row : pieceCount() - rowCount() + row;
+    const auto &content = m_pieces->blocks().at(static_cast<std::size_t>(piece)).content;
     const auto *paragraph = std::get_if<MarkdownBlock::Paragraph>(&content);
     if (m_isLiteral && paragraph)
         return PlainText{paragraph->text.text};

@@ -19,8 +19,8 @@ namespace Talvo {
 /// ended. While there are no blocks (before the first parse has ended, or when the text has none)
 /// there is one row with the text as it stands, or the beginning of a very long one. Very large
 /// blocks come in pieces, and those of a long reply are added in portions, from its beginning or
-/// from its end on, so that drawing them never holds the window up. A reply beyond all measure ends
-/// with an offer of more, until that is asked for. GUI thread only.
+/// from its end on, so that drawing them never holds the window up. A reply beyond all measure has
+/// an offer of more in place of its middle, until that is asked for. GUI thread only.
 class MarkdownBlocks : public QObject
 {
     Q_OBJECT
@@ -31,7 +31,7 @@ public:
     {
         QString text; ///< without any markup
     };
-    /// Stands where the rest of a text beyond all measure can be asked for.
+    /// Stands where the middle of a text beyond all measure can be asked for.
     struct OfferOfMore
     {
     };
@@ -99,10 +99,11 @@ private:
     void parse();
     /// Takes a result over, unless that of a later content is shown already.
     void show(const Job &job);
-    /// Sees to the next portion, or to the offer of more behind the last one.
+    /// Sees to the next portion, or to the offer of more and the end behind the last one.
     void goOn();
-    /// Allows for more to be drawn.
+    /// Allows for more to be drawn from the beginning on.
     void extend();
+    [[nodiscard]] int lastPortion(int end) const;
     [[nodiscard]] int pieceCount() const { return static_cast<int>(m_pieces->blocks().size()); }
     [[nodiscard]] bool hasPortions() const { return m_begin > 0 || m_end < m_allowed; }
     [[nodiscard]] int shownCount() const { return m_end - m_begin; }
@@ -113,9 +114,10 @@ private:
     QBasicTimer m_growth; ///< runs while portions are to come
     std::shared_ptr<const BlockPieces> m_pieces;
     int m_begin = 0;           ///< the first of the pieces that the views know of
-    int m_end = 0;             ///< behind the last of them
+    int m_end = 0;             ///< behind the last of them, but for those of the tail
     int m_allowed = 0;         ///< how many they are to know of without being asked
-    bool m_offersMore = false; ///< there is a row with that behind them
+    int m_tail = 0;            ///< how many of the last pieces they know of, too
+    bool m_offersMore = false; ///< there is a row with that before those
     std::shared_ptr<Owner> m_owner;
     std::shared_ptr<Job> m_firstParse; ///< while it is to come
     quint64 m_started = 0;

@@ -1,7 +1,7 @@
 import QtQuick
 import Talvo.Views
 
-/// Stands where a message beyond all measure was cut off, and goes on there.
+/// Stands for the middle of a message beyond all measure, and goes on there.
 Item {
     id: more
 

@@ -58,11 +58,6 @@ QString paragraph(const MarkdownBlocks &blocks, int row)
     return block<MarkdownBlock::Paragraph>(blocks, row).text.text;
 }
 
-bool endsWithOffer(const MarkdownBlocks &blocks)
-{
-    return is<MarkdownBlocks::OfferOfMore>(blocks, blocks.rowCount() - 1);
-}
-
 void waitUntilParsed(MarkdownBlocks &blocks)
 {
     MarkdownBlocks::threads().waitForDone();
@@ -183,41 +178,56 @@ TEST(MarkdownBlocks, ShowsALongReplyFromItsEnd)
     EXPECT_EQ(blocks.rowCount(), 1'000) << "there is no more";
 }
 
-TEST(MarkdownBlocks, OffersMoreFromTheEnd)
+/// Items that are numbered from 0 on.
+QString countedItems(int count)
 {
-    MarkdownBlocks blocks;
-    blocks.setFromEnd(true);
-    blocks.setContent(QStringLiteral("- a\n").repeated(10'000));
-    waitUntilParsed(blocks);
-    EXPECT_TRUE(endsWithOffer(blocks));
-    waitUntilGrown(blocks);
-    const int shown = blocks.rowCount();
-    EXPECT_TRUE(endsWithOffer(blocks));
-    EXPECT_EQ(count<MarkdownBlocks::OfferOfMore>(blocks), 1);
-    blocks.showMore();
-    waitUntilGrown(blocks);
-    EXPECT_GT(blocks.rowCount(), shown);
+    QString reply;
+    for (int i = 0; i < count; ++i)
+        reply += QStringLiteral("- %1\n").arg(i);
+    return reply;
 }
 
-TEST(MarkdownBlocks, OffersMoreOfAReplyBeyondAllMeasure)
+/// How many rows stand before the offer of more; the others are the items from the first on, and
+/// the last ones behind the offer. Below zero where it is not so.
+int rowsBeforeTheOffer(const MarkdownBlocks &blocks, int items)
+{
+    int before = -1;
+    for (int row = 0; row < blocks.rowCount(); ++row) {
+        if (is<MarkdownBlocks::OfferOfMore>(blocks, row)) {
+            if (before >= 0)
+                return -1;
+            before = row;
+            continue;
+        }
+        const int item = before < 0 ? row : items - blocks.rowCount() + row;
+        if (bullet(blocks, row) != QString::number(item))
+            return -1;
+    }
+    return before;
+}
+
+TEST(MarkdownBlocks, OffersTheMiddleOfAReplyBeyondAllMeasure)
 {
     MarkdownBlocks blocks;
-    blocks.setContent(QStringLiteral("- a\n").repeated(10'000));
+    blocks.setContent(countedItems(10'000));
+    waitUntilParsed(blocks);
+    EXPECT_EQ(count<MarkdownBlocks::OfferOfMore>(blocks), 0) << "the beginning comes first";
     waitUntilGrown(blocks);
-    const int shown = blocks.rowCount();
-    EXPECT_LT(shown, 10'000);
-    EXPECT_TRUE(endsWithOffer(blocks));
-    EXPECT_EQ(count<MarkdownBlocks::OfferOfMore>(blocks), 1);
+    const int shown = rowsBeforeTheOffer(blocks, 10'000);
+    EXPECT_GT(shown, 1'000);
+    EXPECT_LT(shown, 9'000);
+    EXPECT_EQ(bullet(blocks, blocks.rowCount() - 1), QStringLiteral("9999"));
+
+    blocks.showMore();
+    EXPECT_EQ(count<MarkdownBlocks::OfferOfMore>(blocks), 0);
+    waitUntilGrown(blocks);
+    EXPECT_GT(rowsBeforeTheOffer(blocks, 10'000), shown);
 
     blocks.showMore();
     waitUntilGrown(blocks);
-    EXPECT_GT(blocks.rowCount(), shown);
-    EXPECT_TRUE(endsWithOffer(blocks));
-
-    blocks.showMore();
-    waitUntilGrown(blocks);
-    EXPECT_EQ(blocks.rowCount(), 10'000);
-    EXPECT_FALSE(endsWithOffer(blocks));
+    ASSERT_EQ(blocks.rowCount(), 10'000);
+    for (int i = 0; i < 10'000; ++i)
+        EXPECT_EQ(bullet(blocks, i), QString::number(i));
 
     blocks.showMore();
     EXPECT_EQ(blocks.rowCount(), 10'000) << "there is no more";
@@ -226,6 +236,41 @@ TEST(MarkdownBlocks, OffersMoreOfAReplyBeyondAllMeasure)
     waitUntilParsed(blocks);
     EXPECT_EQ(blocks.rowCount(), 1);
     EXPECT_EQ(paragraph(blocks, 0), QStringLiteral("kısa"));
+}
+
+TEST(MarkdownBlocks, OffersTheMiddleFromTheEnd)
+{
+    MarkdownBlocks blocks;
+    blocks.setFromEnd(true);
+    blocks.setContent(countedItems(10'000));
+    waitUntilParsed(blocks);
+    EXPECT_EQ(count<MarkdownBlocks::OfferOfMore>(blocks), 1);
+    EXPECT_EQ(bullet(blocks, blocks.rowCount() - 1), QStringLiteral("9999"));
+    EXPECT_LT(blocks.rowCount(), 100) << "a portion";
+    waitUntilGrown(blocks);
+    const int shown = rowsBeforeTheOffer(blocks, 10'000);
+    EXPECT_GT(shown, 1'000);
+
+    blocks.showMore();
+    waitUntilGrown(blocks);
+    EXPECT_GT(rowsBeforeTheOffer(blocks, 10'000), shown);
+}
+
+TEST(MarkdownBlocks, OffersNothingWhereTheEndGoesOnFromTheBeginning)
+{
+    for (const bool isFromEnd : {false, true}) {
+        for (const int extra : {0, 1, 5}) {
+            MarkdownBlocks blocks;
+            blocks.setFromEnd(isFromEnd);
+            const int items = int(MarkdownBlocks::effortWithoutAsking) + extra;
+            blocks.setContent(countedItems(items));
+            waitUntilParsed(blocks);
+            while (blocks.isGrowing())
+                blocks.grow();
+            EXPECT_EQ(blocks.rowCount(), items);
+            EXPECT_EQ(count<MarkdownBlocks::OfferOfMore>(blocks), 0);
+        }
+    }
 }
 
 TEST(MarkdownBlocks, ShowsOnlyTheBeginningOfAnUnparsedText)
