@@ -98,12 +98,26 @@ QIcon windowIcon()
     return icon;
 }
 
-/// Gives the window its icon once it has been drawn: nobody waits for the icon.
-void addIconAfterFirstFrame(QQuickWindow *window)
+/// On a small screen the frame, which the window manager adds, leaves the window less room than the
+/// screen has.
+void fitIntoScreen(QQuickWindow *window)
 {
-    QObject::connect(
-        window, &QQuickWindow::frameSwapped, window, [window] { window->setIcon(windowIcon()); },
-        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    const QSize room = window->screen()->availableSize().shrunkBy(window->frameMargins());
+    if (window->windowStates() == Qt::WindowNoState) {
+        window->resize(window->size().boundedTo(room));
+    }
+}
+
+/// What the window gets once it has been drawn: nobody waits for its icon, and its frame is known
+/// by then.
+void finishAfterFirstFrame(QQuickWindow *window)
+{
+    const auto finish = [window] {
+        fitIntoScreen(window);
+        window->setIcon(windowIcon());
+    };
+    QObject::connect(window, &QQuickWindow::frameSwapped, window, finish,
+                     Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 /// Looks up the fonts of the first frame while this thread waits for the views to be loaded:
@@ -200,7 +214,7 @@ int run(int argc, char **argv, const AppSetup &setup)
         return failureExitCode;
     }
     new CursorRest(window.get());
-    addIconAfterFirstFrame(window.get());
+    finishAfterFirstFrame(window.get());
     QObject::connect(window.get(), &QWindow::visibleChanged, &model, [&](bool isVisible) {
         if (!isVisible) {
             instance.stopAnswering();

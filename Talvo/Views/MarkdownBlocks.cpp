@@ -23,6 +23,9 @@ constexpr int patienceMilliseconds = 4;
 constexpr qint64 portion = 12;
 constexpr int millisecondsBetweenPortions = 8;
 
+/// What is drawn at once of the end of a text whose middle is left out.
+constexpr qint64 tailEffort = 30;
+
 } // namespace
 
 /// The way back from the workers, which may outlive the model.
@@ -118,11 +121,11 @@ void MarkdownBlocks::show(const Job &job)
     extend();
     m_offersMore = m_isFromEnd && m_allowed < pieceCount();
     if (m_offersMore) {
-        m_tail = lastPortion(pieceCount());
+        m_tail = countBefore(pieceCount(), tailEffort);
         m_begin = m_end = m_allowed;
     } else if (m_isFromEnd) {
         m_end = m_allowed;
-        m_begin = m_end - lastPortion(m_end);
+        m_begin = m_end - countBefore(m_end, portion);
     } else {
         m_begin = 0;
         m_end = std::min(static_cast<int>(m_pieces->countWithin(0, portion)), m_allowed);
@@ -135,15 +138,14 @@ void MarkdownBlocks::extend()
 {
     const auto first = static_cast<std::size_t>(m_allowed);
     m_allowed += static_cast<int>(m_pieces->countWithin(first, effortWithoutAsking));
-    const int tail = lastPortion(pieceCount());
+    const int tail = countBefore(pieceCount(), tailEffort);
     if (m_allowed + tail >= pieceCount())
         m_allowed = pieceCount() - m_tail; // nothing is left out between them
 }
 
-/// How many pieces before `end` are one portion.
-int MarkdownBlocks::lastPortion(int end) const
+int MarkdownBlocks::countBefore(int end, qint64 effort) const
 {
-    return static_cast<int>(m_pieces->countBackWithin(static_cast<std::size_t>(end), portion));
+    return static_cast<int>(m_pieces->countBackWithin(static_cast<std::size_t>(end), effort));
 }
 
 void MarkdownBlocks::showMore()
@@ -168,7 +170,7 @@ void MarkdownBlocks::goOn()
     m_offersMore = true;
     const bool hasTail = m_tail > 0;
     if (!hasTail)
-        m_tail = lastPortion(pieceCount());
+        m_tail = countBefore(pieceCount(), tailEffort);
     Q_EMIT inserted(shownCount(), shownCount() + (hasTail ? 0 : m_tail));
 }
 
@@ -186,7 +188,7 @@ void MarkdownBlocks::grow()
         return;
     }
     if (m_begin > 0) {
-        const int count = lastPortion(m_begin);
+        const int count = countBefore(m_begin, portion);
         m_begin -= count;
         Q_EMIT inserted(0, count - 1);
     } else if (m_end < m_allowed) {

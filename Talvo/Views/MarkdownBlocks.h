@@ -103,7 +103,8 @@ private:
     void goOn();
     /// Allows for more to be drawn from the beginning on.
     void extend();
-    [[nodiscard]] int lastPortion(int end) const;
+    /// How many pieces before `end` may be laid out for this much effort.
+    [[nodiscard]] int countBefore(int end, qint64 effort) const;
     [[nodiscard]] int pieceCount() const { return static_cast<int>(m_pieces->blocks().size()); }
     [[nodiscard]] bool hasPortions() const { return m_begin > 0 || m_end < m_allowed; }
     [[nodiscard]] int shownCount() const { return m_end - m_begin; }
