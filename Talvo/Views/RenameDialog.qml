@@ -1,7 +1,8 @@
 import QtQuick
 import Talvo.Views
 
-/// Asks for a conversation's new title.
+/// Asks for a conversation's new title. Return in its field only ends the editing, and the next one
+/// saves.
 ModalPanel {
     id: dialog
 
@@ -22,6 +23,8 @@ ModalPanel {
         focus: true
         onTextChanged: dialog.titleEdited(text)
         Component.onCompleted: titleField.selectAll()
+        Keys.onReturnPressed: saveButton.forceActiveFocus(Qt.TabFocusReason)
+        Keys.onEnterPressed: saveButton.forceActiveFocus(Qt.TabFocusReason)
     }
 
     Item {

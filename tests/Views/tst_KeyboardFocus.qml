@@ -167,6 +167,7 @@ Item {
             mouseClick(pencil());
             tryVerify(() => isPanelFocused());
             keyClick("b");
+            keyClick(Qt.Key_Return);
             keyPress(Qt.Key_Return);
             tryVerify(() => area().activeFocus);
             Probe.repeatKey(area(), Qt.Key_Return);

@@ -75,10 +75,37 @@ Item {
 
         function test_savesOnceAndCloses(data) {
             const dialog = opened();
+            button(dialog, "Kaydet").forceActiveFocus(Qt.TabFocusReason);
             if (data.key)
                 keyClick(data.key);
             else
                 mouseClick(button(dialog, "Kaydet"));
+            tryCompare(dialog, "visible", false);
+            compare(dialog.saves, 1);
+        }
+
+        function test_returnInTheFieldOnlyEndsTheEditing_data() {
+            return [{
+                    "tag": "return",
+                    "key": Qt.Key_Return
+                }, {
+                    "tag": "enter",
+                    "key": Qt.Key_Enter
+                }];
+        }
+
+        function test_returnInTheFieldOnlyEndsTheEditing(data) {
+            const dialog = opened();
+            keyClick("a");
+            keyClick(data.key);
+            verify(dialog.opened);
+            compare(dialog.saves, 0);
+            compare(dialog.editedTitle, "a");
+            verify(!field(dialog).activeFocus);
+            verify(button(dialog, "Kaydet").visualFocus);
+            Probe.repeatKey(button(dialog, "Kaydet"), data.key);
+            compare(dialog.saves, 0, "the key is still held");
+            keyClick(data.key);
             tryCompare(dialog, "visible", false);
             compare(dialog.saves, 1);
         }
