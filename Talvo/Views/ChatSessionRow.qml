@@ -13,6 +13,8 @@ T.ItemDelegate {
     required property string updatedText
     required property bool isSelected
     property bool showsFocus: false
+    /// Where Shift-Tab goes from the first button; null for what lies before it.
+    property Item before: null
 
     signal chosen
     signal renameRequested
@@ -83,6 +85,7 @@ T.ItemDelegate {
                 iconName: "pencil"
                 iconSize: 16
                 label: "Sohbeti yeniden adlandır"
+                KeyNavigation.backtab: row.before
                 onClicked: row.renameRequested()
             }
 

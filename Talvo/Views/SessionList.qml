@@ -80,10 +80,13 @@ ListView {
 
     delegate: ChatSessionRow {
         required property var sessionId
+        required property int index
 
         x: Theme.gap
         width: list.width - 2 * Theme.gap
         showsFocus: list.isFocusedItself && isSelected
+        // The Tab key comes from the selected row, which the way back would leave out.
+        before: index === 0 ? list.currentItem : null
         // What waits to be used again is no row of the list, to assistive technology either.
         ListView.onPooled: {
             giveFocusBack();

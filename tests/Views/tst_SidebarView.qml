@@ -199,5 +199,22 @@ Item {
             }
             compare(rounds[1], rounds[0]);
         }
+
+        function test_shiftTabTakesTheWayBack() {
+            const sidebar = make(["Bir", "İki"]);
+            named(sidebar, "SidebarButton", "Yeni Sohbet").forceActiveFocus(Qt.TabFocusReason);
+            const there = [Probe.name(scene.Window.activeFocusItem)];
+            for (let step = 0; step < 7; ++step) {
+                keyClick(Qt.Key_Tab);
+                there.push(Probe.name(scene.Window.activeFocusItem));
+            }
+            compare(there[7], "API Ayarları");
+            const back = ["API Ayarları"];
+            for (let step = 0; step < 7; ++step) {
+                keyClick(Qt.Key_Backtab, Qt.ShiftModifier);
+                back.unshift(Probe.name(scene.Window.activeFocusItem));
+            }
+            compare(back, there);
+        }
     }
 }
