@@ -22,9 +22,12 @@ ModalPanel {
     }
 
     Row {
+        width: parent.width
         spacing: Theme.gap
 
         Icon {
+            id: keyIcon
+
             anchors.verticalCenter: parent.verticalCenter
             width: 26
             height: 26
@@ -32,18 +35,24 @@ ModalPanel {
             color: Theme.focus
         }
 
+        // The sheet is as wide with a large font of the desktop's.
         Column {
+            width: parent.width - keyIcon.width - parent.spacing
             spacing: 3
 
             PlainLabel {
+                width: parent.width
                 text: sheet.title
                 font: Theme.title2
+                wrapMode: Text.Wrap
                 Accessible.role: Accessible.Heading
             }
 
             PlainLabel {
+                width: parent.width
                 text: "Anahtar yalnızca macOS Keychain’de saklanır."
                 color: Theme.secondary
+                wrapMode: Text.Wrap
             }
         }
     }

@@ -46,7 +46,7 @@ FocusScope {
         size: messageList.height / extent
         position: (messageList.contentY - messageList.startY) / extent
         onPositionChanged: if (pressed)
-            messageList.contentY = messageList.startY + position * extent
+            messageList.scrollTo(messageList.startY + position * extent)
     }
 
     Rectangle {

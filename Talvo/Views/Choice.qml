@@ -93,15 +93,21 @@ T.ComboBox {
     }
 
     popup: T.Popup {
+        readonly property FontMetrics metrics: FontMetrics {
+            font: control.font
+        }
+        readonly property real widestText: Math.ceil(Math.max(0, ...control.model.map(text => metrics.advanceWidth(text))))
+
         onAboutToShow: {
             control.focusBefore = control.Window.activeFocusItem;
             control.forceActiveFocus(Qt.PopupFocusReason);
         }
-        onClosed: if (control.activeFocus && control.focusBefore)
+        onAboutToHide: if (control.activeFocus && control.focusBefore)
             control.focusBefore.forceActiveFocus(Qt.PopupFocusReason)
 
         y: control.height + 4
-        width: Math.max(control.width, 220)
+        // Texts that begin alike are told apart by their ends.
+        width: Math.max(control.width, 220, widestText + 40 + leftPadding + rightPadding)
         implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
         padding: 5
         margins: 8

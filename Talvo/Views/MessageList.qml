@@ -32,10 +32,15 @@ Flickable {
         follow.start();
     }
 
-    function scrollByPages(pages: int): void {
-        const wanted = list.contentY + pages * (list.height - 40);
+    /// Where the user wants to be, who may have to be let go by what moves the list.
+    function scrollTo(y: real): void {
         list.cancelFlick();
-        list.contentY = Math.max(column.originY, Math.min(wanted, list.endContentY));
+        follow.stop();
+        list.contentY = Math.max(column.originY, Math.min(y, list.endContentY));
+    }
+
+    function scrollByPages(pages: int): void {
+        list.scrollTo(list.contentY + pages * (list.height - 40));
     }
 
     contentWidth: width

@@ -23,17 +23,23 @@ T.Dialog {
             panel.defaultButton.clicked();
     }
 
+    /// Unless somebody else has it: a panel that opened over this one, or while it fades out.
+    function giveFocusBack(): void {
+        if (panel.focusBefore && KeyboardFocus.isFreeFor(panel.focusBefore))
+            panel.focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+    }
+
     // A window's popups give the focus back to the window only, not to its item. A panel that opens again
-    // while it fades out still knows whom it owes the focus.
+    // while it fades out still knows whom it owes the focus; another one that opens then finds it there.
     onAboutToShow: {
         if (!panel.focusBefore && panel.parent)
             panel.focusBefore = panel.parent.Window.activeFocusItem;
         panel.contentItem.parent.Accessible.name = panel.title;
         panel.contentItem.parent.Accessible.description = Qt.binding(() => panel.description);
     }
+    onAboutToHide: panel.giveFocusBack()
     onClosed: {
-        if (panel.focusBefore)
-            panel.focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+        panel.giveFocusBack();
         panel.focusBefore = null;
     }
 

@@ -117,6 +117,11 @@ void ChatFixture::waitUntilAtRest() const
     }
 }
 
+void ChatFixture::fillDisk() const
+{
+    m_files->breakWriting(PlatformFailure::diskFull);
+}
+
 int ChatFixture::saveCount() const
 {
     waitUntilAtRest();

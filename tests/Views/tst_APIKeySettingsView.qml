@@ -108,6 +108,15 @@ Item {
             verify(!button(sheet, "Vazgeç").prominent);
         }
 
+        function test_theTextsStayInsideInALargeFont() {
+            const sheet = opened();
+            for (const label of Probe.find(sheet.contentItem, "PlainLabel").filter(label => label.visible)) {
+                label.font.pixelSize = 40;
+                const right = label.mapToItem(sheet.contentItem, label.contentWidth, 0).x;
+                verify(right <= sheet.contentItem.width, label.text);
+            }
+        }
+
         function test_theKeyIsMasked() {
             const sheet = openedWith("gsk_gizli");
             compare(field(sheet).echoMode, TextInput.Password);

@@ -54,6 +54,7 @@ Item {
             fuzzyCompare(middle(pencil), row.height / 2, 1);
             fuzzyCompare(middle(bin), row.height / 2, 1);
             verify(pencil.mapToItem(row, 0, 0).x < bin.mapToItem(row, 0, 0).x);
+            compare([pencil.iconName, bin.iconName], ["pencil", "bin"]);
             verify(pencil.mapToItem(row, 0, 0).x - labels[0].mapToItem(row, labels[0].width, 0).x >= 8);
         }
 

@@ -171,6 +171,38 @@ Item {
             fuzzyCompare(bar.position + bar.size, 1, 0.01);
         }
 
+        function test_whoeverScrollsIsNotTakenToTheEnd_data() {
+            return [{
+                    "tag": "the page keys",
+                    "scroll": () => keyClick(Qt.Key_PageUp)
+                }, {
+                    "tag": "the scroll bar",
+                    "scroll": bar => {
+                        mousePress(bar, 6, bar.height - 20);
+                        mouseMove(bar, 6, bar.height / 2);
+                        mouseMove(bar, 6, bar.height / 2 - 10);
+                        mouseRelease(bar, 6, bar.height / 2 - 10);
+                    }
+                }];
+        }
+
+        function test_whoeverScrollsIsNotTakenToTheEnd(data) {
+            const chat = make();
+            fixture.model.selectChat(fixture.idAt(1));
+            waitForRendering(scene);
+            const list = Probe.find(chat, "MessageList")[0];
+            const column = Probe.find(list, "Talvo::MessageColumn")[0];
+            area(chat).forceActiveFocus();
+            list.scrollToEnd();
+            verify(column.isFollowing);
+            data.scroll(Probe.find(chat, "ScrollBarV").find(item => item.parent === chat));
+            verify(!column.isFollowing);
+            const there = list.contentY;
+            verify(there < list.endContentY - 100);
+            waitForRendering(scene);
+            fuzzyCompare(list.contentY, there, 1);
+        }
+
         function test_theComposerIsBelowTheMessages() {
             const chat = make();
             const list = Probe.find(chat, "MessageList")[0];

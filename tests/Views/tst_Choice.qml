@@ -38,6 +38,23 @@ Item {
             compare(Probe.texts(item), "a/bir");
         }
 
+        function test_theListShowsWholeTextsInALargeFont() {
+            const item = createTemporaryObject(choice, scene, {
+                    "font.pixelSize": 28,
+                    "model": ["llama-birinci", "llama-ikinci-uzun"]
+                });
+            mouseClick(item);
+            tryCompare(item.popup, "opened", true);
+            compare(entries().length, 2);
+            for (const entry of entries()) {
+                entry.font.pixelSize = 28;
+                verify(!entry.contentItem.truncated, entry.text);
+            }
+            verify(item.popup.width > item.width);
+            keyClick(Qt.Key_Escape);
+            tryCompare(item.popup, "visible", false);
+        }
+
         function test_isChosenByMouse() {
             const item = createTemporaryObject(choice, scene);
             mouseClick(item);

@@ -268,6 +268,57 @@ Item {
             compare(replyText("bir").selectedText, "bir");
         }
 
+        function alertButton() {
+            return Probe.find(scene.Window.contentItem, "PushButton").find(button => button.text === "Tamam");
+        }
+
+        function test_anAlertHasTheKeyboardWhenARenameCannotBeSaved_data() {
+            return [{
+                    "tag": "by key",
+                    "save": () => {
+                        keyClick(Qt.Key_Return);
+                        keyClick(Qt.Key_Return);
+                    }
+                }, {
+                    "tag": "by mouse",
+                    "save": () => mouseClick(Probe.find(scene.Window.contentItem, "PushButton").find(button => button.text === "Kaydet"))
+                }];
+        }
+
+        function test_anAlertHasTheKeyboardWhenARenameCannotBeSaved(data) {
+            make();
+            area().forceActiveFocus();
+            mouseClick(pencil());
+            tryVerify(() => isPanelFocused());
+            keyClick("b");
+            fixture.fillDisk();
+            data.save();
+            tryVerify(() => alertButton() !== undefined);
+            tryVerify(() => Probe.find(scene.Window.contentItem, "Field").length === 0, 5000, "the dialog has faded out");
+            verify(alertButton().activeFocus);
+            keyClick("x");
+            compare(fixture.model.draft, "");
+            keyClick(Qt.Key_Return);
+            tryVerify(() => alertButton() === undefined);
+            verify(area().activeFocus);
+        }
+
+        function test_anAlertGivesTheKeyboardToWhoHadItBeforeTheModels() {
+            make();
+            area().forceActiveFocus();
+            const choice = Probe.find(content, "Choice")[0];
+            mouseClick(choice);
+            tryVerify(() => choice.popup.opened);
+            keyClick(Qt.Key_Escape);
+            verify(choice.popup.visible, "it fades out");
+            fixture.setError("Olmadı");
+            tryVerify(() => !choice.popup.visible);
+            tryVerify(() => alertButton().activeFocus);
+            keyClick(Qt.Key_Return);
+            tryVerify(() => alertButton() === undefined);
+            verify(area().activeFocus);
+        }
+
         function test_theMarkOfTheFocusIsThereAfter_data() {
             return [{
                     "tag": "a sheet",

@@ -289,6 +289,8 @@ Item {
             compare(composer.width - send.x - button(composer).width, 16);
             compare(composer.height - send.y - button(composer).height, 16);
             compare(area(composer).mapToItem(composer, 0, 0).x, 16);
+            compare(send.x - area(composer).mapToItem(composer, area(composer).width, 0).x, 12);
+            compare(button(composer).iconName, "arrow-up");
         }
 
         function test_pageKeysAreForTheConversation() {

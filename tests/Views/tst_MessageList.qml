@@ -185,6 +185,7 @@ Item {
             fuzzyCompare(bubble(rows(list)[0]).color.a, 0.12, 0.01);
             compare(bubble(rows(list)[0]).radius, 14);
             compare(Probe.find(rows(list)[1], "PlainMessageText")[0].color, "#ffffff");
+            compare(rows(list).map(row => Probe.find(avatar(row), "Talvo::Icon")[0].name), ["sparkles", "person"]);
         }
 
         function test_theColumnIsAtMost860WideAndCentred_data() {
@@ -465,6 +466,10 @@ Item {
             compare(Probe.texts(thinking), "Talvo düşünüyor…");
             const label = Probe.find(thinking, "QQuickText")[0];
             compare(label.color, Theme.secondary);
+            const parts = ["Avatar", "Spinner", "QQuickText"].map(type => Probe.find(thinking, type)[0]);
+            for (let i = 1; i < parts.length; ++i)
+                compare(parts[i].x - parts[i - 1].x - parts[i - 1].width, 12);
+            verify(parts[0].isAssistant);
             list.isSending = false;
             tryCompare(thinking, "visible", false);
         }

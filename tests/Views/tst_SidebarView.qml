@@ -82,6 +82,7 @@ Item {
             const settings = named(sidebar, "SidebarButton", "API Ayarları");
             verify(settings.mapToItem(sidebar, 0, 0).y > tops[4]);
             compare(Probe.find(sidebar, "SectionLabel").map(label => label.text), ["Sohbetler", "Model"]);
+            compare(Probe.find(sidebar, "SidebarButton").map(button => [button.text, button.iconName]), [["Yeni Sohbet", "square-pencil"], ["API Ayarları", "key"]]);
         }
 
         function test_rowsAreInTheControllersOrder() {

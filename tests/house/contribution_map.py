@@ -1,5 +1,6 @@
-"""The map "Where to change what" of CONTRIBUTING.md names paths that exist, on every row."""
+"""The map "Where to change what" of CONTRIBUTING.md names paths that exist, on every row; its presets exist."""
 
+import json
 import re
 import unittest
 from pathlib import Path
@@ -29,7 +30,17 @@ def violations(root):
     return found
 
 
+def named_presets(text):
+    """What the sentence that begins with "Presets:" names."""
+    return set(re.findall(r"`([^`]+)`", text.partition("\nPresets: ")[2].partition(". ")[0]))
+
+
 class ContributionMap(unittest.TestCase):
+    def test_the_presets_are_those_of_cmake(self):
+        presets = json.loads((ROOT / "CMakePresets.json").read_text(encoding="utf-8"))["configurePresets"]
+        self.assertEqual(named_presets((ROOT / "CONTRIBUTING.md").read_text(encoding="utf-8")),
+                         {preset["name"] for preset in presets if not preset.get("hidden")})
+
     def test_the_paths_exist(self):
         self.assertGreater(len(rows((ROOT / "CONTRIBUTING.md").read_text(encoding="utf-8"))), 8)
         self.assertEqual(violations(ROOT), [])

@@ -113,6 +113,15 @@ class Installation(unittest.TestCase):
                                str(self.prefix / f"share/{page}"))
             self.assertEqual((worked, said), (True, ""), page)
 
+    def test_manual_pages_name_the_same_in_both_languages(self):
+        def named(page):
+            """The files, variables and exit codes, each the head of a paragraph of its own."""
+            lines = (self.prefix / f"share/{page}").read_text(encoding="utf-8").splitlines()
+            return [head for tag, head in zip(lines, lines[1:]) if tag == ".TP"]
+
+        self.assertGreater(len(named("man/man1/talvo.1")), 7)
+        self.assertEqual(named("man/man1/talvo.1"), named("man/tr/man1/talvo.1"))
+
 
 if __name__ == "__main__":
     unittest.main()
