@@ -27,6 +27,26 @@ QRect clippedByAncestors(QRect rect, const QQuickItem *item)
     return rect;
 }
 
+/// Where one of the characters of a TextInput or TextEdit stands on the screen: up to the next one
+/// of its line.
+QRect placeOfCharacter(const QQuickItem *item, int offset, int count)
+{
+    if (offset < 0 || offset >= count || !item->window())
+        return {};
+    const auto cursorAt = [item](int position) {
+        QRectF rectangle;
+        QMetaObject::invokeMethod(const_cast<QQuickItem *>(item), "positionToRectangle",
+                                  Q_RETURN_ARG(QRectF, rectangle), Q_ARG(int, position));
+        return rectangle;
+    };
+    QRectF place = cursorAt(offset);
+    const QRectF next = cursorAt(offset + 1);
+    if (next.top() == place.top())
+        place |= next;
+    const QRect inScene = item->mapRectToScene(place).toAlignedRect();
+    return {item->window()->mapToGlobal(inScene.topLeft()), inScene.size()};
+}
+
 /// A TextInput or TextEdit: what Qt says of it, and the interface for editing.
 class AccessibleEditor : public QAccessibleQuickItem, public QAccessibleEditableTextInterface
 {
@@ -96,6 +116,11 @@ public:
     {
         return isMasked() ? static_cast<int>(mask().size())
                           : QAccessibleQuickItem::characterCount();
+    }
+
+    QRect characterRect(int offset) const override
+    {
+        return placeOfCharacter(item(), offset, characterCount());
     }
 
     void setText(QAccessible::Text type, const QString &text) override
@@ -185,6 +210,18 @@ public:
 
     // Beside the method above, which would hide it.
     using QAccessibleQuickItem::text;
+
+    QRect characterRect(int offset) const override
+    {
+        return placeOfCharacter(item(), offset, characterCount());
+    }
+
+    /// The character under a point on the screen, -1 where there is none.
+    int offsetAtPoint(const QPoint &point) const override
+    {
+        const QPointF place = item()->mapFromGlobal(point);
+        return item()->contains(place) ? shown()->positionAt(place.x(), place.y()) : -1;
+    }
 
 private:
     bool isShown() const

@@ -125,6 +125,23 @@ QRect Probe::place(QQuickItem *item) const
     return interface->rect().translated(-item->window()->mapToGlobal(QPoint()));
 }
 
+QRect Probe::placeOfCharacter(QQuickItem *item, int offset) const
+{
+    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
+    if (!interface || !interface->textInterface() || !item->window())
+        return {};
+    return interface->textInterface()->characterRect(offset).translated(
+        -item->window()->mapToGlobal(QPoint()));
+}
+
+int Probe::characterAt(QQuickItem *item, const QPointF &point) const
+{
+    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
+    if (!interface || !interface->textInterface() || !item->window())
+        return -1;
+    return interface->textInterface()->offsetAtPoint(item->window()->mapToGlobal(point.toPoint()));
+}
+
 QStringList Probe::states(QQuickItem *item) const
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);

@@ -41,6 +41,10 @@ public:
     Q_INVOKABLE int role(QQuickItem *item) const;
     /// Where an item is told to be on the screen, in the coordinates of its window's content.
     Q_INVOKABLE QRect place(QQuickItem *item) const;
+    /// Where one of its characters is told to be, in the same coordinates.
+    Q_INVOKABLE QRect placeOfCharacter(QQuickItem *item, int offset) const;
+    /// The character that is told to be at a point in those coordinates.
+    Q_INVOKABLE int characterAt(QQuickItem *item, const QPointF &point) const;
     /// Names of the states an item is told to be in, of those that tests ask for.
     Q_INVOKABLE QStringList states(QQuickItem *item) const;
     /// Content of the Text interface; line and paragraph separators as line feeds.

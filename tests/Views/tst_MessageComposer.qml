@@ -293,6 +293,13 @@ Item {
             compare(button(composer).iconName, "arrow-up");
         }
 
+        function test_itsCharactersHaveAPlace() {
+            const composer = make("ab");
+            const first = Probe.placeOfCharacter(area(composer), 0);
+            verify(first.width > 2 && first.height > 2);
+            fuzzyCompare(Probe.placeOfCharacter(area(composer), 1).x, first.right, 2);
+        }
+
         function test_pageKeysAreForTheConversation() {
             const composer = make("taslak");
             keyClick(Qt.Key_PageUp);

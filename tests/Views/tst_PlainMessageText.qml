@@ -69,6 +69,27 @@ Item {
             verify(!item.inPieces);
         }
 
+        function test_tellsWhereEachCharacterStands() {
+            const item = createTemporaryObject(text, scene, {
+                    "x": 20,
+                    "y": 30,
+                    "content": "wm\nw"
+                });
+            const places = [0, 1, 2, 3].map(offset => Probe.placeOfCharacter(item, offset));
+            compare([places[0].x, places[0].y], [20, 30]);
+            verify(places[0].width > 2);
+            fuzzyCompare(places[1].x, places[0].right, 2);
+            verify(places[3].y > places[0].y);
+            compare(places[3].width, places[0].width);
+            compare(Probe.placeOfCharacter(item, 4).width, 0);
+            compare(Probe.placeOfCharacter(item, -1).width, 0);
+            for (const offset of [0, 1, 3]) {
+                const place = places[offset];
+                compare(Probe.characterAt(item, Qt.point(place.x + 1, place.y + place.height / 2)), offset);
+            }
+            compare(Probe.characterAt(item, Qt.point(0, 0)), -1);
+        }
+
         function test_copiesExactly() {
             const content = "a\u00A0b\nc 🙂";
             const item = createTemporaryObject(text, scene, {
