@@ -18,6 +18,7 @@ ListView {
     property bool isRenaming: false
     property var renamedId
     property string editedTitle
+    property bool savesTitle: false
 
     signal chatSelected(var id)
     signal renameChat(var id, string title)
@@ -34,6 +35,15 @@ ListView {
         list.renamedId = id;
         list.editedTitle = title;
         list.isRenaming = true;
+    }
+
+    /// Once the dialog has given the keyboard back: a failure may be told at once.
+    function endRenaming(): void {
+        const saves = list.savesTitle;
+        list.savesTitle = false;
+        list.isRenaming = false;
+        if (saves)
+            list.renameChat(list.renamedId, list.editedTitle);
     }
 
     /// There is nothing to rename any more when the conversation has left the list.
@@ -118,8 +128,8 @@ ListView {
         sourceComponent: RenameDialog {
             editedTitle: list.editedTitle
             onTitleEdited: title => list.editedTitle = title
-            onSaved: list.renameChat(list.renamedId, list.editedTitle)
+            onSaved: list.savesTitle = true
         }
-        onDismissed: list.isRenaming = false
+        onDismissed: list.endRenaming()
     }
 }

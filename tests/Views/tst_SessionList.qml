@@ -213,6 +213,16 @@ Item {
             compare(rows(list)[1].title, "Sohbet 2", "the title is the controller's");
         }
 
+        function test_savingWithLessMotionPassesTheText() {
+            Probe.setReducedMotion(Theme.desktop, true);
+            const list = make(2);
+            openDialog(rows(list)[1]).text = "Yeni ad";
+            mouseClick(inWindow("PushButton", "Kaydet"));
+            closed(list);
+            Probe.setReducedMotion(Theme.desktop, false);
+            compare(list.renames, [[fixture.idAt(1), "Yeni ad"]]);
+        }
+
         function test_callingOffCallsNothing_data() {
             return [{
                     "tag": "button",
