@@ -176,10 +176,10 @@ void ChatArchiveStore::keepUnreadableFile()
     constexpr int mostAttempts = 1000;
     const QDateTime now = QDateTime::currentDateTimeUtc();
     for (int attempt = 1; attempt <= mostAttempts; ++attempt) {
-        const auto outcome = m_fileManager->linkFile(m_fileURL, unreadableFileName(now, attempt));
-        if (outcome != FileManager::LinkOutcome::nameTaken) {
+        const auto outcome = m_fileManager->keepFileAs(m_fileURL, unreadableFileName(now, attempt));
+        if (outcome != FileManager::KeepOutcome::nameTaken) {
             // One that is not there may only be out of reach, and back when this save has failed.
-            m_mustKeepOldFile = outcome == FileManager::LinkOutcome::fileMissing;
+            m_mustKeepOldFile = outcome == FileManager::KeepOutcome::fileMissing;
             return;
         }
     }

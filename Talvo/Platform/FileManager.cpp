@@ -10,8 +10,12 @@
 #include <QFile>
 #include <QStandardPaths>
 
+#include <cerrno>
 #include <climits>
+#include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
+#include <system_error>
 
 namespace Talvo {
 
@@ -55,6 +59,45 @@ bool isFolder(const QByteArray &path)
     {
     };
     return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// Whether a failed link() says that there may be no second name for the file here, as on FAT.
+bool isLinkRefused(int systemError)
+{
+    return systemError == EPERM || systemError == ENOTSUP || systemError == EOPNOTSUPP ||
+           systemError == ENOSYS || systemError == EMLINK;
+}
+
+[[noreturn]] void throwNotKept(int systemError)
+{
+    throw PlatformError(PlatformFailure::archiveNotKept, systemErrorText(systemError));
+}
+
+void syncFile(const QByteArray &path)
+{
+    const FileDescriptor file(
+        uninterrupted([&path] { return ::open(path.constData(), O_RDONLY | O_CLOEXEC); }));
+    if (!file.isOpen() || syncToDisk(file.number()) == -1) {
+        throwNotKept(errno);
+    }
+}
+
+FileManager::KeepOutcome copyFile(const QByteArray &file, const QByteArray &copy)
+{
+    std::error_code error;
+    std::filesystem::copy_file(file.toStdString(), copy.toStdString(), error);
+    if (error == std::errc::file_exists) {
+        return FileManager::KeepOutcome::nameTaken;
+    }
+    if (error == std::errc::no_such_file_or_directory) {
+        return FileManager::KeepOutcome::fileMissing;
+    }
+    if (error) {
+        ::unlink(copy.constData()); // a part of it, on a full disk
+        throwNotKept(error.value());
+    }
+    syncFile(copy);
+    return FileManager::KeepOutcome::kept;
 }
 
 } // namespace
@@ -113,23 +156,24 @@ void FileManager::replaceFile(const QString &path,
     file.replaceTarget();
 }
 
-FileManager::LinkOutcome FileManager::linkFile(const QString &existing, const QString &name) const
+FileManager::KeepOutcome FileManager::keepFileAs(const QString &existing, const QString &name) const
 {
     const QByteArray file =
         withoutLinks(QFile::encodeName(existing), PlatformFailure::archiveNotKept);
     const QByteArray additional = folderOf(file) + "/" + QFile::encodeName(name);
     if (::link(file.constData(), additional.constData()) == 0) {
-        return LinkOutcome::linked;
+        return KeepOutcome::kept;
     }
-    switch (errno) {
-    case EEXIST:
-        return LinkOutcome::nameTaken;
-    case ENOENT:
-    case ENOTDIR:
-        return LinkOutcome::fileMissing;
-    default:
-        throw PlatformError(PlatformFailure::archiveNotKept, systemErrorText(errno));
+    if (errno == EEXIST) {
+        return KeepOutcome::nameTaken;
     }
+    if (errno == ENOENT || errno == ENOTDIR) {
+        return KeepOutcome::fileMissing;
+    }
+    if (!isLinkRefused(errno)) {
+        throwNotKept(errno);
+    }
+    return copyFile(file, additional);
 }
 
 } // namespace Talvo

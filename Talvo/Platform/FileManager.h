@@ -55,17 +55,19 @@ public:
     virtual void replaceFile(const QString &path,
                              const std::function<void(const Sink &)> &produce) const;
 
-    /// What came of linkFile().
-    enum class LinkOutcome {
-        linked,
+    /// What came of keepFileAs().
+    enum class KeepOutcome {
+        kept,
         nameTaken,   ///< something has that name already, and keeps it
-        fileMissing, ///< there is no file that could get a second name
+        fileMissing, ///< there is no file that could be kept
     };
 
-    /// Gives an existing file a second name in its own folder (a hard link), without reading it. A
-    /// symbolic link is followed first: the second name then stands beside the real file. Throws
-    /// PlatformError::archiveNotKept.
-    [[nodiscard]] virtual LinkOutcome linkFile(const QString &existing, const QString &name) const;
+    /// Lets the content of a file outlast its replacement, under another name in its own folder: as
+    /// a hard link, without reading the file, or as a synced copy where the disk knows no hard
+    /// links. A symbolic link is followed first: the other name then stands beside the real file.
+    /// Throws PlatformError::archiveNotKept.
+    [[nodiscard]] virtual KeepOutcome keepFileAs(const QString &existing,
+                                                 const QString &name) const;
 };
 
 } // namespace Talvo

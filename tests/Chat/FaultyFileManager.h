@@ -63,15 +63,15 @@ public:
         });
     }
 
-    LinkOutcome linkFile(const QString &existing, const QString &name) const override
+    KeepOutcome keepFileAs(const QString &existing, const QString &name) const override
     {
         if (hasNoLinks) {
             throw PlatformError(PlatformFailure::archiveNotKept);
         }
         if (areNamesTaken) {
-            return LinkOutcome::nameTaken;
+            return KeepOutcome::nameTaken;
         }
-        return FileManager::linkFile(existing, name);
+        return FileManager::keepFileAs(existing, name);
     }
 
     std::atomic<bool> isUnreadable = false;

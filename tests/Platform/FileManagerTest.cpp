@@ -449,33 +449,3 @@ TEST_F(FileManagerTest, removesWhatAKilledProcessLeft)
     expected.sort();
     EXPECT_EQ(found, expected);
 }
-
-TEST_F(FileManagerTest, givesAFileASecondName)
-{
-    using Outcome = FileManager::LinkOutcome;
-    write(path("file"), "bir");
-    EXPECT_EQ(m_files.linkFile(path("file"), QStringLiteral("kept")), Outcome::linked);
-    EXPECT_EQ(m_files.linkFile(path("file"), QStringLiteral("kept")), Outcome::nameTaken);
-    EXPECT_EQ(m_files.linkFile(path("missing"), QStringLiteral("x")), Outcome::fileMissing);
-    replace(path("file"), "iki");
-    EXPECT_EQ(bytes(path("kept")), "bir");
-}
-
-TEST_F(FileManagerTest, givesTheFileBehindALinkASecondName)
-{
-    using Outcome = FileManager::LinkOutcome;
-    m_files.createDirectory(path("real"));
-    ASSERT_TRUE(QFile::link(path("real/file"), path("link")));
-    EXPECT_EQ(m_files.linkFile(path("link"), QStringLiteral("kept")), Outcome::fileMissing);
-    write(path("real/file"), "bir");
-    EXPECT_EQ(m_files.linkFile(path("link"), QStringLiteral("kept")), Outcome::linked);
-    EXPECT_EQ(bytes(path("real/kept")), "bir");
-    EXPECT_FALSE(QFileInfo(path("real/kept")).isSymLink());
-}
-
-TEST_F(FileManagerTest, aFolderGetsNoSecondName)
-{
-    m_files.createDirectory(path("folder"));
-    EXPECT_EQ(failureOf([&] { (void)m_files.linkFile(path("folder"), QStringLiteral("x")); }),
-              PlatformFailure::archiveNotKept);
-}

@@ -48,17 +48,17 @@ void MemoryFileManager::replaceFile(const QString &path,
     m_saves.push_back(bytes);
 }
 
-FileManager::LinkOutcome MemoryFileManager::linkFile(const QString &existing,
-                                                     const QString &name) const
+FileManager::KeepOutcome MemoryFileManager::keepFileAs(const QString &existing,
+                                                       const QString &name) const
 {
     const std::lock_guard lock(m_mutex);
     const auto file = m_files.find(existing);
     if (file == m_files.end()) {
-        return LinkOutcome::fileMissing;
+        return KeepOutcome::fileMissing;
     }
     const QString additional = existing.first(existing.lastIndexOf(u'/') + 1) + name;
     const bool isAdded = m_files.try_emplace(additional, file->second).second;
-    return isAdded ? LinkOutcome::linked : LinkOutcome::nameTaken;
+    return isAdded ? KeepOutcome::kept : KeepOutcome::nameTaken;
 }
 
 void MemoryFileManager::put(const QString &path, const QByteArray &content)

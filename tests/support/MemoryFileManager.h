@@ -29,7 +29,8 @@ public:
     [[nodiscard]] std::unique_ptr<const ReadableFile> openFile(const QString &path) const override;
     void replaceFile(const QString &path,
                      const std::function<void(const Sink &)> &produce) const override;
-    [[nodiscard]] LinkOutcome linkFile(const QString &existing, const QString &name) const override;
+    [[nodiscard]] KeepOutcome keepFileAs(const QString &existing,
+                                         const QString &name) const override;
 
     void put(const QString &path, const QByteArray &content);
     [[nodiscard]] std::optional<QByteArray> content(const QString &path) const;
