@@ -42,6 +42,14 @@ T.ComboBox {
         control.popup.open();
     }
 
+    Connections {
+        target: KeyboardFocus
+
+        function onPanelAboutToOpen(): void {
+            control.popup.close();
+        }
+    }
+
     contentItem: PlainLabel {
         text: control.displayText
         font: control.font

@@ -30,6 +30,11 @@ public:
     Q_INVOKABLE static void reveal(QQuickItem *item);
     /// The same for a part of an item, in the item's coordinates.
     static void revealPart(QQuickItem *item, const QRectF &part);
+
+Q_SIGNALS:
+    /// A modal panel is about to take the keyboard. What has it only while it is open, a menu or a
+    /// list of choices, closes and gives it back, so that the panel finds whom it owes it to.
+    void panelAboutToOpen();
 };
 
 } // namespace Talvo

@@ -19,6 +19,14 @@ T.Menu {
     onClosed: if (KeyboardFocus.isFreeFor(menu.target))
         menu.target.forceActiveFocus(Qt.PopupFocusReason)
 
+    Connections {
+        target: KeyboardFocus
+
+        function onPanelAboutToOpen(): void {
+            menu.close();
+        }
+    }
+
     implicitWidth: 190
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     padding: 5

@@ -319,6 +319,35 @@ Item {
             verify(area().activeFocus);
         }
 
+        function test_anAlertClosesTheModels() {
+            make();
+            area().forceActiveFocus();
+            const choice = Probe.find(content, "Choice")[0];
+            mouseClick(choice);
+            tryVerify(() => choice.popup.opened);
+            fixture.setError("Olmadı");
+            tryVerify(() => alertButton() !== undefined && alertButton().activeFocus);
+            tryVerify(() => !choice.popup.visible);
+            verify(alertButton().activeFocus);
+            keyClick(Qt.Key_Return);
+            tryVerify(() => alertButton() === undefined);
+            verify(area().activeFocus);
+        }
+
+        function test_anAlertClosesTheMenuOfAText() {
+            make();
+            area().forceActiveFocus();
+            mouseClick(area(), 5, 5, Qt.RightButton);
+            const entries = () => Probe.find(scene.Window.contentItem, "TextMenuItem").filter(item => item.visible);
+            tryVerify(() => entries().length > 0);
+            fixture.setError("Olmadı");
+            tryVerify(() => alertButton() !== undefined && alertButton().activeFocus);
+            compare(entries().length, 0);
+            keyClick(Qt.Key_Return);
+            tryVerify(() => alertButton() === undefined);
+            verify(area().activeFocus);
+        }
+
         function test_theMarkOfTheFocusIsThereAfter_data() {
             return [{
                     "tag": "a sheet",
