@@ -89,11 +89,18 @@ ModalPanel {
         }
     }
 
+    // With a large font of the desktop's they need two lines.
     Item {
+        id: buttons
+
+        readonly property bool isWrapped: deleteButton.width + Theme.gap + closingButtons.width > width
+
         width: parent.width
-        height: saveButton.height
+        height: closingButtons.height + (isWrapped ? deleteButton.height + Theme.gap : 0)
 
         PushButton {
+            id: deleteButton
+
             text: "Anahtarı Sil"
             destructive: true
             enabled: settings.canDelete
@@ -101,7 +108,10 @@ ModalPanel {
         }
 
         Row {
+            id: closingButtons
+
             anchors.right: parent.right
+            anchors.bottom: parent.bottom
             spacing: Theme.gap
 
             PushButton {
@@ -110,8 +120,6 @@ ModalPanel {
             }
 
             PushButton {
-                id: saveButton
-
                 text: "Kaydet"
                 prominent: true
                 enabled: settings.canSave

@@ -117,6 +117,24 @@ Item {
             }
         }
 
+        function test_theButtonsCoverNothingInALargeFont() {
+            const sheet = openedWith("gsk_deneme");
+            const height = sheet.height;
+            for (const item of Probe.find(sheet.contentItem, "PushButton"))
+                item.font.pixelSize = 40;
+            tryVerify(() => sheet.height > height);
+            waitForRendering(sheet.contentItem);
+            const box = name => {
+                const item = button(sheet, name);
+                return item.mapToItem(sheet.contentItem, 0, 0, item.width, item.height);
+            };
+            const bottom = box("Anahtarı Sil").bottom;
+            for (const name of ["Vazgeç", "Kaydet"]) {
+                verify(box(name).top >= bottom, name);
+                verify(box(name).bottom <= sheet.contentItem.height, name);
+            }
+        }
+
         function test_theKeyIsMasked() {
             const sheet = openedWith("gsk_gizli");
             compare(field(sheet).echoMode, TextInput.Password);
