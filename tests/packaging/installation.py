@@ -113,6 +113,13 @@ class Installation(unittest.TestCase):
                                str(self.prefix / f"share/{page}"))
             self.assertEqual((worked, said), (True, ""), page)
 
+    def test_no_turkish_word_is_divided_by_english_rules(self):
+        worked, said = run("groff", "-man", "-Kutf8", "-Tutf8", "-rLL=40n",
+                           str(self.prefix / "share/man/tr/man1/talvo.1"))
+        self.assertTrue(worked, said)
+        self.assertIn("Groq", said)
+        self.assertNotIn("\N{HYPHEN}\n", said)
+
     def test_manual_pages_name_the_same_in_both_languages(self):
         def named(page):
             """The files, variables and exit codes, each the head of a paragraph of its own."""
