@@ -81,17 +81,10 @@ T.ComboBox {
         color: Theme.field
         border.color: Theme.fieldEdge
 
-        Rectangle {
-            anchors.fill: parent
+        PointerShade {
             radius: parent.radius
-            color: control.pressed ? Theme.pressed : Theme.hover
-            opacity: control.enabled && (control.pressed || control.hovered) ? 1 : 0
-
-            Behavior on opacity  {
-                NumberAnimation {
-                    duration: Theme.quick
-                }
-            }
+            hovered: control.hovered
+            pressed: control.pressed
         }
 
         FocusRing {

@@ -1,10 +1,9 @@
 import QtQuick
-import Talvo.Views.Controls as T
 import Talvo.Views
 
 /// A button that shows only an icon; its label is its name and, while the pointer rests on it, its
 /// tooltip.
-T.Button {
+ActionButton {
     id: control
 
     required property string iconName
@@ -19,16 +18,9 @@ T.Button {
     padding: 0
     // A click leaves the keyboard where it is, mostly in the composer.
     focusPolicy: Qt.TabFocus
-    hoverEnabled: true
     opacity: control.enabled ? 1 : 0.4
 
     Accessible.name: control.label
-    Accessible.onPressAction: if (control.enabled)
-        control.clicked()
-    onVisualFocusChanged: if (control.visualFocus)
-        KeyboardFocus.reveal(control)
-    Keys.onReturnPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
-    Keys.onEnterPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
 
     contentItem: Item {
         Icon {
@@ -44,17 +36,10 @@ T.Button {
         radius: control.prominent ? height / 2 : Theme.radiusSmall
         color: control.prominent ? Theme.accent : "transparent"
 
-        Rectangle {
-            anchors.fill: parent
+        PointerShade {
             radius: parent.radius
-            color: control.down ? Theme.pressed : Theme.hover
-            opacity: control.enabled && (control.down || control.hovered) ? 1 : 0
-
-            Behavior on opacity  {
-                NumberAnimation {
-                    duration: Theme.quick
-                }
-            }
+            hovered: control.hovered
+            pressed: control.down
         }
 
         FocusRing {

@@ -1,9 +1,8 @@
 import QtQuick
-import Talvo.Views.Controls as T
 import Talvo.Views
 
 /// A push button with a text: plain, prominent (filled with the accent colour) or destructive.
-T.Button {
+ActionButton {
     id: control
 
     property bool prominent: false
@@ -16,16 +15,7 @@ T.Button {
     topPadding: 5
     bottomPadding: 5
     font: control.prominent ? Theme.strong : Theme.body
-    hoverEnabled: true
     opacity: control.enabled ? 1 : 0.45
-
-    Accessible.name: control.text
-    Accessible.onPressAction: if (control.enabled)
-        control.clicked()
-    onVisualFocusChanged: if (control.visualFocus)
-        KeyboardFocus.reveal(control)
-    Keys.onReturnPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
-    Keys.onEnterPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
 
     contentItem: Text {
         text: control.text
@@ -43,17 +33,10 @@ T.Button {
         border.width: control.prominent ? 0 : 1
         border.color: Theme.fieldEdge
 
-        Rectangle {
-            anchors.fill: parent
+        PointerShade {
             radius: parent.radius
-            color: control.down ? Theme.pressed : Theme.hover
-            opacity: control.enabled && (control.down || control.hovered) ? 1 : 0
-
-            Behavior on opacity  {
-                NumberAnimation {
-                    duration: Theme.quick
-                }
-            }
+            hovered: control.hovered
+            pressed: control.down
         }
 
         FocusRing {

@@ -1,9 +1,8 @@
 import QtQuick
-import Talvo.Views.Controls as T
 import Talvo.Views
 
 /// A quiet button of the sidebar: an icon and a text, as wide as it is given.
-T.Button {
+ActionButton {
     id: control
 
     required property string iconName
@@ -18,14 +17,7 @@ T.Button {
     font: Theme.body
     // A click leaves the keyboard where it is, mostly in the composer.
     focusPolicy: Qt.TabFocus
-    hoverEnabled: true
     opacity: control.enabled ? 1 : 0.45
-
-    Accessible.name: control.text
-    Accessible.onPressAction: if (control.enabled)
-        control.clicked()
-    Keys.onReturnPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
-    Keys.onEnterPressed: event => event.isAutoRepeat || event.modifiers & Qt.ControlModifier || control.clicked()
 
     contentItem: IconLabel {
         iconName: control.iconName
