@@ -119,15 +119,9 @@ T.ComboBox {
             chosenIndex: control.currentIndex
         }
 
-        background: Rectangle {
+        background: RaisedSurface {
             radius: Theme.radiusSmall + 2
-            color: Theme.raised
-            border.color: Theme.separator
-
-            Shadow {
-                radius: parent.radius
-                depth: 0.6
-            }
+            depth: 0.6
         }
 
         enter: Transition {

@@ -33,15 +33,9 @@ T.ToolTip {
         wrapMode: Text.WrapAtWordBoundaryOrAnywhere
     }
 
-    background: Rectangle {
+    background: RaisedSurface {
         radius: Theme.radiusSmall
-        color: Theme.raised
-        border.color: Theme.separator
-
-        Shadow {
-            radius: parent.radius
-            depth: 0.3
-        }
+        depth: 0.3
     }
 
     enter: Transition {

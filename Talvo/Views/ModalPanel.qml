@@ -83,13 +83,8 @@ T.Dialog {
         Keys.onEnterPressed: event => panel.answer(event)
     }
 
-    background: Rectangle {
+    background: RaisedSurface {
         radius: Theme.radius
-        color: Theme.raised
-        border.color: Theme.separator
-
-        Shadow {
-        }
     }
 
     enter: Transition {

@@ -5,9 +5,9 @@ import Talvo.Views
 Item {
     id: shadow
 
-    property real radius: Theme.radius
+    required property real radius
     /// How far the shadow reaches, as a share of the widest one.
-    property real depth: 1
+    required property real depth
 
     component Layer: Rectangle {
         required property real reach

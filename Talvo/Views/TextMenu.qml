@@ -65,14 +65,8 @@ T.Menu {
         currentIndex: menu.currentIndex
     }
 
-    background: Rectangle {
+    background: RaisedSurface {
         radius: Theme.radiusSmall + 2
-        color: Theme.raised
-        border.color: Theme.separator
-
-        Shadow {
-            radius: parent.radius
-            depth: 0.6
-        }
+        depth: 0.6
     }
 }
