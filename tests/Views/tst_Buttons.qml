@@ -90,7 +90,7 @@ Item {
         function test_isNamedByItsText(data) {
             const button = make(data.component);
             compare(Probe.name(button), data.label);
-            compare(Probe.role(button), 0x2B);
+            compare(Probe.role(button), Accessible.Button);
         }
 
         function test_reactsOncePerWay_data() {

@@ -121,7 +121,7 @@ Item {
             const item = opened();
             const root = item.contentItem.parent;
             compare(Probe.name(root), "Sohbeti Yeniden Adlandır");
-            compare(Probe.role(root), 0x12);
+            compare(Probe.role(root), Accessible.Dialog);
             compare(Probe.texts(root), "Sohbeti Yeniden Adlandır");
         }
     }
