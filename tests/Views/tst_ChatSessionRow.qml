@@ -117,6 +117,42 @@ Item {
             compare(Probe.find(scene.Window.contentItem, "TextMenu").length, 0);
         }
 
+        function test_looks_data() {
+            return [{
+                    "tag": "plain",
+                    "color": Qt.rgba(0, 0, 0, 0)
+                }, {
+                    "tag": "under the pointer",
+                    "isHovered": true,
+                    "color": Theme.hover
+                }, {
+                    "tag": "selected",
+                    "isSelected": true,
+                    "color": Theme.accentSoft
+                }, {
+                    "tag": "selected, under the pointer",
+                    "isSelected": true,
+                    "isHovered": true,
+                    "color": Theme.accentSoft
+                }];
+        }
+
+        function test_looks(data) {
+            mouseMove(scene, 590, 390);
+            const row = make({
+                    "isSelected": data.isSelected === true
+                });
+            if (data.isHovered)
+                mouseMove(row, 20, 20);
+            tryCompare(row, "hovered", data.isHovered === true);
+            compare(row.background.color, data.color);
+            const bin = inWindow("IconButton", "Sohbeti sil");
+            compare(bin.parent.opacity, data.isSelected || data.isHovered ? 1 : 0.45);
+            compare(bin.iconColor, Theme.textSoft);
+            mouseMove(bin);
+            tryCompare(bin, "iconColor", Theme.danger);
+        }
+
         function test_tellsAssistiveTechnologyItsTitle() {
             const row = make({
                     "isSelected": true

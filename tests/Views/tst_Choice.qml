@@ -34,7 +34,7 @@ Item {
         function test_isReadable() {
             const item = createTemporaryObject(choice, scene);
             compare(Probe.name(item), "Groq modeli");
-            compare(Probe.role(item), 0x2E);
+            compare(Probe.role(item), Accessible.ComboBox);
             compare(Probe.texts(item), "a/bir");
         }
 
@@ -82,6 +82,30 @@ Item {
             keyClick(Qt.Key_Escape);
             tryCompare(item.popup, "visible", false);
             compare(item.currentIndex, 1);
+        }
+
+        function test_controlReturnIsSomebodyElses() {
+            const item = createTemporaryObject(choice, scene);
+            item.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Return, Qt.ControlModifier);
+            keyClick(Qt.Key_Enter, Qt.ControlModifier);
+            verify(!item.popup.visible);
+        }
+
+        function test_theListMarksWhatIsChosenAndWhatWouldBe() {
+            const item = createTemporaryObject(choice, scene, {
+                    "currentIndex": 1
+                });
+            item.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Return);
+            tryCompare(item.popup, "opened", true);
+            keyClick(Qt.Key_Down);
+            compare(entries().map(entry => Probe.find(entry, "Talvo::Icon")[0].visible), [false, true, false]);
+            const plain = Qt.rgba(0, 0, 0, 0);
+            compare(entries().map(entry => entry.background.color), [plain, plain, Theme.accent]);
+            compare(entries().map(entry => entry.contentItem.color), [Theme.text, Theme.text, Theme.accentText]);
+            keyClick(Qt.Key_Escape);
+            tryCompare(item.popup, "visible", false);
         }
 
         function test_theMouseLeavesTheKeyboardWhereItWas() {
