@@ -101,6 +101,27 @@ Item {
             compare(Probe.clipboard(), "vorher");
         }
 
+        function test_noInputMethodLearnsTheSecret() {
+            const item = createTemporaryObject(secret, scene);
+            for (const hint of [Qt.ImhHiddenText, Qt.ImhSensitiveData, Qt.ImhNoPredictiveText, Qt.ImhNoAutoUppercase])
+                verify(item.inputMethodHints & hint, hint);
+        }
+
+        function test_aMenuCopiesNoSecret() {
+            const item = createTemporaryObject(secret, scene, {
+                    "text": "gsk_geheim"
+                });
+            item.selectAll();
+            mouseClick(item, 10, 10, Qt.RightButton);
+            const entry = label => Probe.find(scene.Window.contentItem, "TextMenuItem").find(item => item.visible && item.text === label);
+            tryVerify(() => entry("Kopyala") !== undefined);
+            verify(!entry("Kes").enabled);
+            verify(!entry("Kopyala").enabled);
+            verify(entry("Tümünü Seç").enabled);
+            keyClick(Qt.Key_Escape);
+            tryVerify(() => entry("Kopyala") === undefined);
+        }
+
         function test_hasAMenu() {
             const item = createTemporaryObject(field, scene, {
                     "text": "bir iki"
