@@ -229,6 +229,17 @@ Item {
             verify(list.contentY < list.endContentY);
         }
 
+        function test_aTableReachedByKeyboardIsInView() {
+            makeWithReply("| A | B | C | D | E | F | G |\n|" + "---|".repeat(7) + "\n\n" + "Uzun bir söz.\n\n".repeat(100));
+            const list = Probe.find(content, "MessageList")[0];
+            const tables = () => Probe.find(content, "MarkdownTableView");
+            tryVerify(() => tables().length === 1 && list.contentY > 0 && list.contentY === list.endContentY);
+            const top = () => tables()[0].mapToItem(list, 0, 0).y;
+            verify(top() < 0);
+            tables()[0].forceActiveFocus(Qt.TabFocusReason);
+            verify(top() >= 0 && top() + tables()[0].height <= list.height, top());
+        }
+
         function test_aLinkIsStillMarkedAfter_data() {
             return [{
                     "tag": "a switch of windows",

@@ -55,6 +55,7 @@ Item {
 
         function cleanup() {
             Probe.releaseParsing();
+            Probe.setReducedMotion(Theme.desktop, false);
         }
 
         function settle(list) {
@@ -429,7 +430,15 @@ Item {
             list.isSending = false;
             settle(list);
             tryVerify(() => isAtEnd(list));
-            Probe.setReducedMotion(Theme.desktop, false);
+        }
+
+        function test_aLongWayIsNotFlownOverRowByRow() {
+            const list = make(many(300));
+            list.contentY = list.startY;
+            settle(list);
+            list.scrollToEnd();
+            verify(list.endContentY - list.contentY <= list.height);
+            restAtEnd(list);
         }
 
         function test_aLinkReachedByKeyboardIsInView() {

@@ -99,6 +99,12 @@ Item {
             compare(item.saved, 1);
         }
 
+        function test_aKeyThatIsStillHeldAnswersNothing() {
+            const item = opened();
+            Probe.repeatKey(item.field, Qt.Key_Return);
+            compare(item.saved, 0);
+        }
+
         function test_returnOnAButtonAnswersOnce() {
             const item = opened();
             item.save.forceActiveFocus();
