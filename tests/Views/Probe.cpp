@@ -152,7 +152,8 @@ QStringList Probe::states(QQuickItem *item) const
         {"disabled", state.disabled},   {"focusable", state.focusable},
         {"focused", state.focused},     {"invisible", state.invisible},
         {"multiLine", state.multiLine}, {"offscreen", state.offscreen},
-        {"readOnly", state.readOnly},   {"selectableText", state.selectableText}};
+        {"readOnly", state.readOnly},   {"selectableText", state.selectableText},
+        {"selected", state.selected}};
     QStringList names;
     for (const auto &[name, isSet] : known) {
         if (isSet)

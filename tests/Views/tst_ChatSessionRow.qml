@@ -153,10 +153,11 @@ Item {
             tryCompare(bin, "iconColor", Theme.danger);
         }
 
-        function test_tellsAssistiveTechnologyItsTitle() {
-            const row = make({
-                    "isSelected": true
-                });
+        function test_tellsAssistiveTechnologyItsTitleAndWhetherItIsSelected() {
+            const row = make();
+            verify(!Probe.states(row).includes("selected"));
+            row.isSelected = true;
+            verify(Probe.states(row).includes("selected"));
             compare(Probe.name(row), "Ekşi maya");
             compare(Probe.role(row), Accessible.ListItem);
             Probe.press(row);

@@ -101,6 +101,7 @@ Item {
             tryCompare(item.popup, "opened", true);
             keyClick(Qt.Key_Down);
             compare(entries().map(entry => Probe.find(entry, "Talvo::Icon")[0].visible), [false, true, false]);
+            compare(entries().map(entry => Probe.states(entry).includes("selected")), [false, true, false]);
             const plain = Qt.rgba(0, 0, 0, 0);
             compare(entries().map(entry => entry.background.color), [plain, plain, Theme.accent]);
             compare(entries().map(entry => entry.contentItem.color), [Theme.text, Theme.text, Theme.accentText]);

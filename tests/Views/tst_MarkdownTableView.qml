@@ -156,6 +156,7 @@ Item {
         function test_whatTakesTheKeyboardIsNamed() {
             const item = table(["| A | B | C | D | E |", "|---|---|---|---|---|"]);
             item.forceActiveFocus(Qt.TabFocusReason);
+            verify(!item.Accessible.ignored);
             compare(Probe.name(item), "Tablo");
             verify(Probe.states(item).includes("focused"), Probe.states(item));
         }
@@ -164,6 +165,7 @@ Item {
             const item = table(["| A |", "|---|"]);
             verify(!item.overflows);
             verify(!item.activeFocusOnTab);
+            verify(item.Accessible.ignored, "its texts are read without it");
             compare(item.height, item.contentHeight);
         }
     }

@@ -67,6 +67,7 @@ Item {
         function test_isNamedByItsPlaceholder() {
             const composer = make("");
             compare(Probe.name(area(composer)), "Mesajını yaz…");
+            verify(Probe.states(area(composer)).includes("multiLine"));
             compare(Probe.name(button(composer)), "Mesajı gönder");
             const placeholder = Probe.find(composer, "QQuickText").find(text => text.text === "Mesajını yaz…");
             verify(placeholder.visible);
