@@ -122,6 +122,19 @@ Item {
             tryVerify(() => entry("Kopyala") === undefined);
         }
 
+        function test_theMenuIsUsedByAssistiveTechnology() {
+            const item = createTemporaryObject(field, scene, {
+                    "text": "bir iki"
+                });
+            mouseClick(item, 10, 10, Qt.RightButton);
+            const entry = label => Probe.find(scene.Window.contentItem, "TextMenuItem").find(item => item.visible && item.text === label);
+            tryVerify(() => entry("Tümünü Seç") !== undefined);
+            compare(Probe.name(entry("Tümünü Seç")), "Tümünü Seç");
+            Probe.press(entry("Tümünü Seç"));
+            compare(item.selectedText, "bir iki");
+            tryVerify(() => item.activeFocus);
+        }
+
         function test_hasAMenu() {
             const item = createTemporaryObject(field, scene, {
                     "text": "bir iki"
