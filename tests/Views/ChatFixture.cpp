@@ -54,6 +54,7 @@ ChatFixture::ChatFixture(QObject *parent)
 ChatFixture::~ChatFixture()
 {
     m_items->openGate();
+    m_files->release();
     m_model.reset();
     settle();
 }

@@ -47,6 +47,9 @@ public:
     /// Waits until everything that was started is done: loads, saves, what the keychain was asked,
     /// and what follows from each. A request without its answer is not waited for.
     Q_INVOKABLE void waitUntilAtRest() const;
+    /// From now on the disk takes its time, until it is released.
+    Q_INVOKABLE void holdDisk() const { m_files->hold(); }
+    Q_INVOKABLE void releaseDisk() const { m_files->release(); }
     /// From now on the disk has no room for an archive.
     Q_INVOKABLE void fillDisk() const;
     /// How often the archive was saved, once everything that was started is done.

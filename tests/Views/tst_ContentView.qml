@@ -350,6 +350,20 @@ Item {
             tryVerify(() => area(content).activeFocus);
         }
 
+        function test_aSlowDiskIsTold() {
+            const scenery = createTemporaryObject(sceneryComponent, scene);
+            const sign = Probe.find(scenery, "ArchiveActivity")[0];
+            verify(sign.isLoading);
+            scenery.fixture.waitForLoad();
+            verify(!sign.isLoading);
+            scenery.fixture.holdDisk();
+            scenery.fixture.model.newChat();
+            tryVerify(() => sign.visible);
+            compare(Probe.name(sign), "Kaydediliyor…");
+            scenery.fixture.releaseDisk();
+            tryVerify(() => !sign.visible);
+        }
+
         function test_aWideSidebarGivesWayToTheChat() {
             const content = make();
             const sidebar = Probe.find(content, "SidebarView")[0];
