@@ -2,7 +2,7 @@ import QtQuick
 import Talvo.Views
 
 /// The sheet in which the API key is entered, replaced or removed. It works on the keychain itself;
-/// the key is nowhere but in its field.
+/// the key is nowhere but in its field. It has no default button: Return neither saves nor closes.
 ModalPanel {
     id: sheet
 
@@ -63,9 +63,6 @@ ModalPanel {
         text: settings.apiKey
         focus: true
         onTextChanged: settings.apiKey = text
-        // Return neither saves nor closes here.
-        Keys.onReturnPressed: event => event.accepted = true
-        Keys.onEnterPressed: event => event.accepted = true
     }
 
     Row {
