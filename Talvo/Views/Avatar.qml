@@ -17,6 +17,6 @@ Rectangle {
         width: 18
         height: 18
         name: avatar.isAssistant ? "sparkles" : "person"
-        color: "white"
+        color: Theme.accentText
     }
 }

@@ -74,7 +74,7 @@ Flickable {
         width: list.width
         height: Math.max(0, endY - originY)
         spacing: 14
-        padding: 24
+        padding: Theme.gapLarge
         model: list.messages
         viewportY: list.contentY
         viewportHeight: list.height

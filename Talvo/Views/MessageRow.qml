@@ -19,10 +19,12 @@ Item {
 
     readonly property int horizontalPadding: 14
     readonly property int verticalPadding: 11
-    readonly property int columnWidth: Math.min(row.width, 860) - 2 * 24
+    readonly property int columnWidth: Math.min(row.width, Theme.columnWidth) - 2 * Theme.gapLarge
     readonly property int columnX: Math.round((row.width - row.columnWidth) / 2)
-    /// The widest that the bubble's content may become: avatar, two gaps and 80 of free space go off.
-    readonly property int maximumContentWidth: row.columnWidth - avatar.width - 2 * 12 - 80 - 2 * row.horizontalPadding
+    /// The least that stays free at the other side.
+    readonly property int clearance: 80
+    /// The widest that the bubble's content may become.
+    readonly property int maximumContentWidth: row.columnWidth - avatar.width - 2 * Theme.gap - row.clearance - 2 * row.horizontalPadding
 
     height: Math.max(bubble.height, avatar.height)
 
@@ -36,7 +38,7 @@ Item {
     Rectangle {
         id: bubble
 
-        x: row.isAssistant ? avatar.x + avatar.width + 12 : avatar.x - 12 - width
+        x: row.isAssistant ? avatar.x + avatar.width + Theme.gap : avatar.x - Theme.gap - width
         width: Math.min(Math.ceil(row.contentWidth), row.maximumContentWidth) + 2 * row.horizontalPadding
         height: Math.ceil(row.contentHeight) + 2 * row.verticalPadding
         radius: Theme.radius

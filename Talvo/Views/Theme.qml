@@ -80,7 +80,7 @@ QtObject {
     }
     /// Of the user's own messages, which are text as it stands on the accent colour.
     readonly property MessageLooks ownMessageLooks: MessageLooks {
-        text: "white"
+        text: theme.accentText
         selection: theme.selection
         selectedText: theme.selectedText
         body: theme.body
@@ -93,6 +93,8 @@ QtObject {
     readonly property int gapSmall: 6
     readonly property int gap: 12
     readonly property int gapLarge: 24
+    /// Of the messages, with a large gap at either side of them.
+    readonly property int columnWidth: 860
     readonly property int controlHeight: Math.max(30, Math.round(bodySize * 2.3))
 
     // Motion, in milliseconds

@@ -5,7 +5,7 @@ import Talvo.Views
 Item {
     id: row
 
-    readonly property int columnWidth: Math.min(row.width, 860) - 2 * 24
+    readonly property int columnWidth: Math.min(row.width, Theme.columnWidth) - 2 * Theme.gapLarge
 
     height: 30
     Accessible.role: Accessible.StaticText
@@ -14,7 +14,7 @@ Item {
     Row {
         x: Math.round((row.width - row.columnWidth) / 2)
         height: parent.height
-        spacing: 12
+        spacing: Theme.gap
 
         Avatar {
             isAssistant: true
