@@ -57,6 +57,9 @@ private:
         QSslConfiguration configuration = socket->sslConfiguration();
         configuration.setLocalCertificateChain(m_tls->chain);
         configuration.setPrivateKey(m_tls->key);
+        // As the real service offers; a client that took up HTTP/2 would get no answer here.
+        configuration.setAllowedNextProtocols(
+            {QSslConfiguration::ALPNProtocolHTTP2, QSslConfiguration::NextProtocolHttp1_1});
         socket->setSslConfiguration(configuration);
         socket->startServerEncryption();
         return socket;
