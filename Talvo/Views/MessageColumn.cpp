@@ -153,16 +153,6 @@ void MessageColumn::componentComplete()
     polish();
 }
 
-void MessageColumn::updatePolish()
-{
-    layOut();
-}
-
-void MessageColumn::forceLayout()
-{
-    layOut();
-}
-
 void MessageColumn::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
 {
     QQuickItem::geometryChange(newGeometry, oldGeometry);
@@ -431,10 +421,6 @@ void MessageColumn::discardDistantRows()
     // makes nothing anew.
     const qreal top = m_viewportY - 2 * margin;
     const qreal bottom = m_viewportY + m_viewportHeight + 2 * margin;
-    const auto discard = [](const Row &row) {
-        row.item->setVisible(false);
-        row.item->deleteLater();
-    };
     while (m_rows.size() > 1 && m_rows.front().bottom() < top) {
         discard(m_rows.front());
         m_rows.pop_front();
@@ -448,12 +434,15 @@ void MessageColumn::discardDistantRows()
 
 void MessageColumn::discardAllRows()
 {
-    for (const Row &row : m_rows) {
-        row.item->setVisible(false);
-        row.item->deleteLater();
-    }
+    std::ranges::for_each(m_rows, discard);
     m_rows.clear();
     m_firstIndex = 0;
+}
+
+void MessageColumn::discard(const Row &row)
+{
+    row.item->setVisible(false);
+    row.item->deleteLater();
 }
 
 void MessageColumn::placeItems()
@@ -491,8 +480,10 @@ void MessageColumn::updateExtent()
         origin = firstTop() - m_padding;
         end = m_rows.back().bottom() + after + footerExtent() + m_padding;
     }
-    if (std::exchange(m_originY, origin) != origin || std::exchange(m_endY, end) != end) {
-        m_endY = end;
+    const bool hasMoved = origin != m_originY || end != m_endY;
+    m_originY = origin;
+    m_endY = end;
+    if (hasMoved) {
         Q_EMIT extentChanged();
     }
 }

@@ -76,7 +76,7 @@ public:
 
     /// Lays out what is visible now instead of before the next frame, so that originY and endY
     /// hold.
-    Q_INVOKABLE void forceLayout();
+    Q_INVOKABLE void forceLayout() { layOut(); }
 
 Q_SIGNALS:
     void modelChanged();
@@ -96,7 +96,7 @@ Q_SIGNALS:
 
 protected:
     void componentComplete() override;
-    void updatePolish() override;
+    void updatePolish() override { layOut(); }
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
 
 private:
@@ -122,6 +122,8 @@ private:
     void fill();
     void discardDistantRows();
     void discardAllRows();
+    /// Takes a row off the screen at once. Its item may be what asked for that, and goes later.
+    static void discard(const Row &row);
     void placeItems();
     /// Has rows draw what is in view of them. Those ahead have their size, and nothing to draw yet.
     void drawVisibleParts();
