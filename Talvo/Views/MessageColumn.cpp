@@ -1,5 +1,6 @@
 #include "Views/MessageColumn.h"
 
+#include "Platform/Text.h"
 #include "Views/FollowedObject.h"
 
 #include <algorithm>
@@ -401,7 +402,7 @@ MessageColumn::Row MessageColumn::makeRow(int index, bool growsUpwards)
         {{QStringLiteral("parent"), QVariant::fromValue<QQuickItem *>(this)},
          {QStringLiteral("width"), width()},
          {QStringLiteral("growsUpwards"), growsUpwards},
-         {QStringLiteral("content"), QString::fromUtf8(message.content)}},
+         {QStringLiteral("content"), textFromUtf8(message.content)}},
         delegate->creationContext());
     auto *item = qobject_cast<QQuickItem *>(object);
     if (!item) {

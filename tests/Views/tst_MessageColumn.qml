@@ -71,10 +71,13 @@ Item {
         property var scenery: null
 
         function make(count) {
+            return show(Array.from({
+                        "length": count
+                    }, (_, index) => "İleti " + index));
+        }
+
+        function show(messages) {
             scenery = createTemporaryObject(sceneryComponent, scene);
-            const messages = Array.from({
-                    "length": count
-                }, (_, index) => "İleti " + index);
             scenery.fixture.storeKey("gsk_deneme");
             scenery.fixture.load([{
                         "title": "Bir",
@@ -103,6 +106,11 @@ Item {
             compare(rows(column).map(row => row.y - top), [0, 114, 168, 282]);
             compare(column.endY - column.originY, 24 + 282 + 40 + 24);
             verify(rows(column).every(row => row.width === 600));
+        }
+
+        function test_aRowHasEveryCharacterOfItsMessage() {
+            const messages = ["\uFEFF# Başlık", "iki\u2028satır\n\uFEFF"];
+            compare(contents(show(messages)), messages);
         }
 
         function test_nothingInAnEmptyConversation() {
