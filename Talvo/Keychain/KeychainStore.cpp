@@ -1,6 +1,6 @@
 #include "Keychain/KeychainStore.h"
 
-#include "Keychain/SecretBytes.h"
+#include "Platform/SecretMemory.h"
 #include "Platform/WaitingThreads.h"
 
 #include <QStringDecoder>
@@ -74,17 +74,18 @@ std::optional<QString> KeychainStore::read() const
     if (!match.data) {
         throw KeychainError::invalidData();
     }
-    const SecretBytes secret(*std::move(match.data));
-    return decodedUtf8(secret.bytes());
+    const WipedAtEnd wiped(*match.data);
+    return decodedUtf8(*match.data);
 }
 
 void KeychainStore::save(const QString &key) const
 {
-    const SecretBytes secret(key.toUtf8());
+    QByteArray secret = key.toUtf8();
+    const WipedAtEnd wiped(secret);
     // Updating first replaces the data of the one item there may be: never are there two.
-    const KeychainStatus updated = m_operations->update(m_baseQuery, secret.bytes());
+    const KeychainStatus updated = m_operations->update(m_baseQuery, secret);
     if (updated == KeychainStatuses::itemNotFound) {
-        throwUnlessSuccess(m_operations->add(m_baseQuery, secret.bytes()));
+        throwUnlessSuccess(m_operations->add(m_baseQuery, secret));
         return;
     }
     throwUnlessSuccess(updated);
