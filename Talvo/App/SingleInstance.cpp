@@ -15,7 +15,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
+#include <utility>
 
 namespace Talvo {
 
@@ -63,37 +63,29 @@ SingleInstance::SingleInstance(const QString &directory, QObject *parent)
     , m_directory(directory)
     , m_socketName(socketName(directory))
 {
-    const LockResult result = lock(directory);
+    const LockResult result = lock();
     m_isFirst = result == LockResult::taken || (result == LockResult::impossible && !raiseFirst());
     if (m_isFirst) {
         listen();
     }
 }
 
-SingleInstance::~SingleInstance()
+SingleInstance::LockResult SingleInstance::lock()
 {
-    if (m_lockedDirectory >= 0) {
-        ::close(m_lockedDirectory);
-    }
-}
-
-SingleInstance::LockResult SingleInstance::lock(const QString &directory)
-{
-    if (directory.isEmpty() || !isMade(directory)) {
+    if (m_directory.isEmpty() || !isMade(m_directory)) {
         return LockResult::impossible;
     }
-    const int descriptor =
-        ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) {
+    const QByteArray path = QFile::encodeName(m_directory);
+    auto opened = std::make_unique<const FileDescriptor>(uninterrupted(
+        [&path] { return ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (!opened->isOpen()) {
         return LockResult::impossible;
     }
-    if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
-        m_lockedDirectory = descriptor;
-        return LockResult::taken;
+    if (::flock(opened->number(), LOCK_EX | LOCK_NB) == -1) {
+        return errno == EWOULDBLOCK ? LockResult::takenByAnother : LockResult::impossible;
     }
-    const bool isTaken = errno == EWOULDBLOCK;
-    ::close(descriptor);
-    return isTaken ? LockResult::takenByAnother : LockResult::impossible;
+    m_lock = std::move(opened);
+    return LockResult::taken;
 }
 
 void SingleInstance::listen()
@@ -131,7 +123,7 @@ bool SingleInstance::succeedWithin(std::chrono::milliseconds patience)
     const QDeadlineTimer deadline(patience);
     while (!m_isFirst && !deadline.hasExpired()) {
         QThread::msleep(lockIntervalInMilliseconds);
-        m_isFirst = lock(m_directory) == LockResult::taken;
+        m_isFirst = lock() == LockResult::taken;
     }
     if (!m_isFirst) {
         qWarning("Talvo is running already, and does not answer.");
@@ -143,7 +135,7 @@ bool SingleInstance::succeedWithin(std::chrono::milliseconds patience)
 
 void SingleInstance::stopAnswering()
 {
-    if (m_lockedDirectory >= 0) {
+    if (m_lock) {
         m_server.close();
     }
 }

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "Platform/FileDescriptor.h"
+
 #include <QLocalServer>
 #include <QObject>
 #include <QString>
 
 #include <chrono>
+#include <memory>
 
 namespace Talvo {
 
@@ -21,8 +24,6 @@ class SingleInstance : public QObject
 public:
     /// Tries to become the first. @param directory where the archive's folder is; made when missing
     explicit SingleInstance(const QString &directory, QObject *parent = nullptr);
-    ~SingleInstance() override;
-    Q_DISABLE_COPY_MOVE(SingleInstance)
 
     /// This process is the only one. Where the file system cannot lock, the socket alone decides.
     [[nodiscard]] bool isFirst() const { return m_isFirst; }
@@ -50,13 +51,15 @@ private:
         takenByAnother,
         impossible,
     };
-    [[nodiscard]] LockResult lock(const QString &directory);
+    [[nodiscard]] LockResult lock();
     void listen();
 
     const QString m_directory;
     const QString m_socketName;
+    /// The directory, locked while it is open. Outlives the server, whose end removes the socket:
+    /// by then whoever comes next must not have made one.
+    std::unique_ptr<const FileDescriptor> m_lock;
     QLocalServer m_server;
-    int m_lockedDirectory = -1;
     bool m_isFirst = false;
 };
 
