@@ -7,6 +7,7 @@
 #include <QNetworkRequest>
 #include <QObject>
 #include <QPointer>
+#include <QScopedPointer>
 #include <QTimer>
 
 #include <chrono>
@@ -37,14 +38,8 @@ public:
         QByteArray body; ///< at most `maximumBodySize` bytes
     };
 
-    /// Deletes an object when control is back in the event loop.
-    struct DeleteLater
-    {
-        /// Called by the owning pointer. GUI thread.
-        void operator()(QObject *object) const { object->deleteLater(); }
-    };
     /// Owns a transfer; it may be let go of inside the signal that ends it.
-    using Pointer = std::unique_ptr<CompletionTransfer, DeleteLater>;
+    using Pointer = std::unique_ptr<CompletionTransfer, QScopedPointerDeleteLater>;
 
     /// Sends a POST.
     /// @param session outlives the transfer

@@ -15,6 +15,7 @@
 #include <QFutureWatcher>
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
+#include <QScopedPointer>
 #include <QSslConfiguration>
 #include <QThreadPool>
 #include <QTimer>
@@ -115,7 +116,7 @@ QByteArray encodedRequest(const ChatMessageList &messages, const QString &model,
 
 bool isSuccess(int status)
 {
-    return static_cast<unsigned>(status) - 200U <= 99U;
+    return status >= 200 && status < 300;
 }
 
 GroqClient::GroqError apiError(int status, const QByteArray &body)
