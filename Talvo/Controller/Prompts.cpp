@@ -30,12 +30,10 @@ QString memoryInstruction()
     return QStringLiteral(
         "Kullanıcı için kalıcı bir hafıza kaydı tutuyorsun. Yalnızca gelecekte gerçekten yararlı "
         "olacak açık kullanıcı bilgilerini, tercihleri, hedefleri ve devam eden işleri sakla. "
-        "Geçici "
-        "soruları, asistanın sözlerini, hassas kimlik bilgilerini, API anahtarlarını ve tahminleri "
-        "saklama. Mevcut hafızayı güncelle ve tamamını kısa Türkçe madde işaretleri halinde "
-        "döndür. "
-        "Saklanacak bilgi yoksa mevcut hafızayı aynen döndür; hafıza boşsa yalnızca \"(boş)\" "
-        "yaz.");
+        "Geçici soruları, asistanın sözlerini, hassas kimlik bilgilerini, API anahtarlarını ve "
+        "tahminleri saklama. Mevcut hafızayı güncelle ve tamamını kısa Türkçe madde işaretleri "
+        "halinde döndür. Saklanacak bilgi yoksa mevcut hafızayı aynen döndür; hafıza boşsa "
+        "yalnızca \"(boş)\" yaz.");
 }
 
 QByteArray memoryRequest(const QString &memory, const ChatMessage &userMessage,

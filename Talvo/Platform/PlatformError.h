@@ -17,7 +17,8 @@ enum class PlatformFailure {
     requestCancelled,   ///< stopped by the application itself
     networkFailure,     ///< any other failure of the transfer
     replyNotDecodable,  ///< the answer is not the JSON that it should be
-                        // archive
+
+    // archive
     archiveNotReadable, ///< the file exists but cannot be read
     archiveNotValid,    ///< the file was read but is no archive
     archiveNotWritable, ///< the file cannot be written or replaced

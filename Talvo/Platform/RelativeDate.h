@@ -21,9 +21,8 @@ class RelativeDateFormatter
 public:
     /// @param localeName language and region as QLocale::name() gives them ("tr_TR"); the locale
     ///                   also decides on the calendar and on the first day of a week.
-    /// @param timeZoneId IANA name ("Europe/Istanbul"); empty for the system's time zone. An
-    /// unknown
-    ///                   one counts as UTC.
+    /// @param timeZoneId IANA name ("Europe/Istanbul"); empty for the system's time zone; one that
+    ///                   is unknown counts as UTC.
     /// Throws std::runtime_error when ICU has no data at all.
     RelativeDateFormatter(const QString &localeName, const QByteArray &timeZoneId);
     ~RelativeDateFormatter();

@@ -39,8 +39,8 @@ public:
     [[nodiscard]] const std::vector<MarkdownBlock> &blocks() const { return m_blocks; }
 
     /// How many pieces from `first` on may be laid out for this much effort: at least one while
-    /// there are any. One is a short block, a short table cell, 200
-    /// letters or two emoji.
+    /// there are any. An effort of 1 is a short block, a short table cell, 200 letters or two
+    /// emoji.
     [[nodiscard]] std::size_t countWithin(std::size_t first, qint64 effort) const;
     /// The same from the piece before `end` backwards.
     [[nodiscard]] std::size_t countBackWithin(std::size_t end, qint64 effort) const;
