@@ -1,6 +1,11 @@
 #include "Views/LinkOpener.h"
 
+#include "Platform/Text.h"
+
 #include <QDesktopServices>
+
+#include <algorithm>
+#include <string>
 
 namespace Talvo {
 namespace {
@@ -26,13 +31,9 @@ bool isDeceptive(char32_t character)
 
 QString neutralised(const QString &text)
 {
-    QList<uint> characters = text.toUcs4();
-    for (uint &character : characters) {
-        if (isDeceptive(character))
-            character = QChar::ReplacementCharacter;
-    }
-    return QString::fromUcs4(reinterpret_cast<const char32_t *>(characters.constData()),
-                             characters.size());
+    std::u32string characters = text.toStdU32String();
+    std::ranges::replace_if(characters, isDeceptive, char32_t{QChar::ReplacementCharacter});
+    return QString::fromStdU32String(characters);
 }
 
 } // namespace
@@ -57,7 +58,7 @@ QString shownAddress(const QString &address)
     QString shown = neutralised(url ? url->toString(QUrl::FullyEncoded) : address);
     if (shown.size() <= longestShown)
         return shown;
-    return shown.first(longestShown) + QChar(u'…');
+    return firstCodeUnits(shown, longestShown).toString() + u'…';
 }
 
 bool openLink(const QString &address)

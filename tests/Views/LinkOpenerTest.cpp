@@ -64,6 +64,13 @@ TEST(ShownAddress, IsCutWhenItIsVeryLong)
     EXPECT_TRUE(shown.endsWith(u'…'));
 }
 
+TEST(ShownAddress, IsNotCutWithinACharacter)
+{
+    const QString start = QStringLiteral("yer:") + QString(195, u'a');
+    EXPECT_EQ(shownAddress(start + QStringLiteral("😀😀")), start + u'…');
+    EXPECT_EQ(shownAddress(start + QStringLiteral("a😀")), start + QStringLiteral("a…"));
+}
+
 class Browser : public QObject
 {
     Q_OBJECT
