@@ -1,6 +1,7 @@
 #include "Views/KeySettings.h"
 
 #include "Platform/Text.h"
+#include "Views/WhenFinished.h"
 
 #include <utility>
 
@@ -56,14 +57,14 @@ void KeySettings::remove()
 }
 
 template <class Result, class Succeeded>
-void KeySettings::await(QFuture<Result> work, Succeeded succeeded)
+void KeySettings::await(const QFuture<Result> &work, Succeeded succeeded)
 {
     setBusy(true);
-    work.then(this, [this, succeeded](const QFuture<Result> &finished) {
+    whenFinished(work, this, [this, succeeded](QFuture<Result> finished) {
         setBusy(false);
         try {
             if constexpr (std::is_void_v<Result>) {
-                QFuture<Result>(finished).waitForFinished(); // throws what the worker threw
+                finished.waitForFinished(); // throws what the worker threw
                 succeeded();
             } else {
                 succeeded(finished.result());

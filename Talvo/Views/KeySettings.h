@@ -60,7 +60,7 @@ Q_SIGNALS:
 private:
     /// Calls `succeeded` with the result when the keychain is done, or shows its failure.
     template <class Result, class Succeeded>
-    void await(QFuture<Result> work, Succeeded succeeded);
+    void await(const QFuture<Result> &work, Succeeded succeeded);
     void setStatus(const QString &message, bool isError);
     void setBusy(bool isBusy);
 

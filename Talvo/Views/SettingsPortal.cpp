@@ -1,5 +1,7 @@
 #include "Views/SettingsPortal.h"
 
+#include "Views/WhenFinished.h"
+
 #include <QColor>
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -49,10 +51,10 @@ void SettingsPortal::start()
 {
     if (!hasSessionBus())
         return;
-    QtConcurrent::run([] {
-        return QDBusConnection::sessionBus().isConnected();
-    }).then(this, [this](bool isConnected) {
-        if (isConnected)
+    const auto connecting =
+        QtConcurrent::run([] { return QDBusConnection::sessionBus().isConnected(); });
+    whenFinished(connecting, this, [this](const QFuture<bool> &isConnected) {
+        if (isConnected.result())
             listen();
     });
 }

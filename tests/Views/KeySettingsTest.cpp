@@ -1,5 +1,6 @@
 #include "Views/KeySettings.h"
 
+#include "Platform/WaitingThreads.h"
 #include "standins/InMemoryItemOperations.h"
 #include "support/EventLoop.h"
 
@@ -7,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 
 using namespace Talvo;
 
@@ -32,4 +34,17 @@ TEST(KeySettingsTest, aKeyringThatWaitsLeavesTheThreadsOfOthersAlone)
         EXPECT_TRUE(
             Testing::waitUntil([&] { return settings.canSave() || settings.apiKey().isEmpty(); }));
     }
+}
+
+TEST(KeySettingsTest, whatTheKeyringAnswersAfterTheSettingsHaveGoneIsDropped)
+{
+    const auto items = std::make_shared<InMemoryItemOperations>();
+    items->closeGate();
+    auto settings = std::make_unique<KeySettings>();
+    settings->setKeychain({KeychainStore(items)});
+    settings->load();
+    items->waitForCallAtGate();
+    settings.reset();
+    items->openGate();
+    EXPECT_TRUE(Testing::waitUntil([] { return waitingThreads().activeThreadCount() == 0; }));
 }
