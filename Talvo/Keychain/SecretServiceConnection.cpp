@@ -5,7 +5,7 @@
 #include "Keychain/SecretServiceConnection.h"
 #include "Keychain/SecretServiceFailure.h"
 #include "Keychain/SecretServicePrompt.h"
-#include "Keychain/SessionBus.h"
+#include "Platform/SessionBusAddress.h"
 
 #include <memory>
 #include <tuple>

@@ -1,12 +1,10 @@
 #include "Keychain/SessionBus.h"
 
 #include "Keychain/FreedBy.h"
+#include "Platform/SessionBusAddress.h"
 
 #include <QDeadlineTimer>
-#include <QFile>
-#include <QFileInfo>
 
-#include <algorithm>
 #include <dbus/dbus.h>
 #include <memory>
 #include <new>
@@ -28,13 +26,6 @@ void closeAndUnref(DBusConnection *connection)
 /// A connection that nobody else in the process has.
 using BusConnection = std::unique_ptr<DBusConnection, FreedBy<closeAndUnref>>;
 
-/// Where the bus listens when the process is told of none; empty when that is nowhere.
-QByteArray runtimeSocket()
-{
-    const QByteArray directory = qgetenv("XDG_RUNTIME_DIR");
-    return directory.isEmpty() ? directory : directory + "/bus";
-}
-
 /// What the process is told of; only where hasSessionBus().
 QByteArray sessionBusAddress()
 {
@@ -42,7 +33,7 @@ QByteArray sessionBusAddress()
     if (!address.isEmpty()) {
         return address;
     }
-    const TextPointer escaped(dbus_address_escape_value(runtimeSocket().constData()));
+    const TextPointer escaped(dbus_address_escape_value(defaultSessionBusSocket().constData()));
     return QByteArrayLiteral("unix:path=") + escaped.get();
 }
 
@@ -62,24 +53,6 @@ CallPointer sayHello(DBusConnection *connection)
 }
 
 } // namespace
-
-bool isExistingBusAddress(const QByteArray &address)
-{
-    const QByteArrayList alternatives = address.split(';');
-    return !address.isEmpty() && std::ranges::none_of(alternatives, [](const QByteArray &one) {
-        return one.startsWith("autolaunch:");
-    });
-}
-
-bool hasSessionBus()
-{
-    const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
-    if (!address.isEmpty()) {
-        return isExistingBusAddress(address);
-    }
-    const QByteArray socket = runtimeSocket();
-    return !socket.isEmpty() && QFileInfo::exists(QFile::decodeName(socket));
-}
 
 bool isSessionBusMute(std::chrono::milliseconds bound)
 {

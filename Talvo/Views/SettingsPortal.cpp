@@ -1,5 +1,6 @@
 #include "Views/SettingsPortal.h"
 
+#include "Platform/SessionBusAddress.h"
 #include "Views/WhenFinished.h"
 
 #include <QColor>
@@ -8,7 +9,6 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QFileInfo>
 #include <QtConcurrent>
 
 namespace Talvo {
@@ -17,15 +17,6 @@ namespace {
 constexpr auto service = "org.freedesktop.portal.Desktop";
 constexpr auto path = "/org/freedesktop/portal/desktop";
 constexpr auto interface = "org.freedesktop.portal.Settings";
-
-/// Without an address or the user's socket the bus library would start a bus of its own.
-bool hasSessionBus()
-{
-    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS"))
-        return true;
-    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !runtime.isEmpty() && QFileInfo::exists(runtime + QStringLiteral("/bus"));
-}
 
 QVariant colour(const QDBusArgument &argument)
 {

@@ -1,7 +1,5 @@
 #include "Keychain/SecretServiceFailure.h"
 
-#include "Keychain/SessionBus.h"
-
 #include <gtest/gtest.h>
 
 using namespace Talvo;
@@ -57,14 +55,4 @@ TEST(SecretServiceFailure, everyLocalErrorHasItsStatus)
     }
     const GErrorPointer other(g_error_new_literal(G_MARKUP_ERROR, 1, "text"));
     EXPECT_EQ(secretServiceFailure(*other).status, internalError);
-}
-
-TEST(SessionBus, aBusThatWouldHaveToBeStartedDoesNotExist)
-{
-    EXPECT_TRUE(isExistingBusAddress("unix:path=/a,guid=1"));
-    EXPECT_TRUE(isExistingBusAddress("unix:path=/a;unix:abstract=b"));
-    EXPECT_FALSE(isExistingBusAddress(""));
-    EXPECT_FALSE(isExistingBusAddress("autolaunch:"));
-    EXPECT_FALSE(isExistingBusAddress("autolaunch:scope=*user"));
-    EXPECT_FALSE(isExistingBusAddress("unix:path=/a;autolaunch:"));
 }

@@ -6,8 +6,6 @@
 #include "Keychain/SecretServiceItemOperations.h"
 #include "Keychain/SessionBus.h"
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <QtConcurrent>
 
 #include <gmock/gmock.h>
@@ -360,25 +358,6 @@ TEST(SystemKeychain, isNotAvailableWhereNoBusListens)
         EXPECT_EQ(systemKeychainItemOperations()->copyMatching(baseQuery).status,
                   KeychainStatuses::notAvailable);
     }
-}
-
-TEST(SessionBus, isTheEnvironmentsElseTheRuntimeDirectorysSocket)
-{
-    const QTemporaryDir directory;
-    const ScopedVariable runtime("XDG_RUNTIME_DIR", directory.path().toUtf8());
-    {
-        const ScopedVariable address("DBUS_SESSION_BUS_ADDRESS", "unix:path=/a,guid=1");
-        EXPECT_TRUE(hasSessionBus());
-    }
-    {
-        const ScopedVariable address("DBUS_SESSION_BUS_ADDRESS", "autolaunch:");
-        EXPECT_FALSE(hasSessionBus());
-    }
-    const ScopedVariable address("DBUS_SESSION_BUS_ADDRESS", std::nullopt);
-    EXPECT_FALSE(hasSessionBus());
-    QFile socket(directory.filePath(QStringLiteral("bus")));
-    ASSERT_TRUE(socket.open(QIODevice::WriteOnly));
-    EXPECT_TRUE(hasSessionBus());
 }
 
 TEST(SystemKeychain, isNotAvailableWithoutASessionBus)
