@@ -2,6 +2,7 @@
 
 #include "Controller/ChatModel.h"
 
+#include <QPointer>
 #include <QQuickItem>
 #include <QTimer>
 #include <QtQmlIntegration>

@@ -2,6 +2,7 @@
 
 #include "Controller/ChatModel.h"
 
+#include <QPointer>
 #include <QQmlEngine>
 
 namespace Talvo {
@@ -42,7 +43,7 @@ Q_SIGNALS:
 private:
     void followMessages();
 
-    ChatModel *m_controller = nullptr;
+    QPointer<ChatModel> m_controller;
     std::optional<QUuid> m_sessionID;
     ChatMessageList m_messages;
 };

@@ -4,6 +4,7 @@
 #include "Platform/RelativeDate.h"
 
 #include <QAbstractListModel>
+#include <QPointer>
 #include <QQmlEngine>
 
 namespace Talvo {
@@ -69,7 +70,7 @@ private:
     void applyChangedRange(std::vector<Row> rows);
     void emitChanged(int row);
 
-    ChatModel *m_controller = nullptr;
+    QPointer<ChatModel> m_controller;
     std::vector<Row> m_rows;
     int m_selectedRow = -1;
     const RelativeDateFormatter m_dateFormatter;
