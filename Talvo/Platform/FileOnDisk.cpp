@@ -42,13 +42,14 @@ FileOnDisk::FileOnDisk(const QByteArray &path)
 
 void FileOnDisk::read(qsizetype offset, qsizetype count, QByteArray &to) const
 {
+    constexpr qsizetype mostAtOnce = qsizetype{1} << 30; // macOS refuses what an int cannot count
     const qsizetype begin = to.size();
     to.resize(begin + count);
     qsizetype filled = 0;
     while (filled < count) {
+        const auto wanted = static_cast<std::size_t>(std::min(count - filled, mostAtOnce));
         const auto more = uninterrupted([&] {
-            return ::pread(m_file.number(), to.data() + begin + filled,
-                           static_cast<std::size_t>(count - filled),
+            return ::pread(m_file.number(), to.data() + begin + filled, wanted,
                            static_cast<off_t>(offset + filled));
         });
         if (more == -1) {

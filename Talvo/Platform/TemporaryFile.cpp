@@ -5,6 +5,7 @@
 #include <QThreadPool>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
