@@ -16,6 +16,7 @@ inline constexpr int titleLengthLimit = 60;
 [[nodiscard]] QString cleanTitle(const QString &title);
 
 /// What is stored of a cleaned title: its first `titleLengthLimit` characters. Pure, any thread.
+/// Throws as firstCharacters() does.
 [[nodiscard]] QString storedTitle(const QString &cleanedTitle);
 
 } // namespace Talvo

@@ -28,7 +28,8 @@ namespace Talvo {
 /// surrogate pair. A view into the argument. Pure, any thread.
 [[nodiscard]] QStringView firstCodeUnits(QStringView text, qsizetype count);
 
-/// The first `count` user-perceived characters (extended grapheme clusters, UAX #29) of a text.
+/// The first `count` user-perceived characters (extended grapheme clusters, UAX #29) of a text. Any
+/// thread. Throws std::runtime_error when ICU has no data at all.
 [[nodiscard]] QString firstCharacters(const QString &text, int count);
 
 /// Unicode canonical equivalence (UAX #15): "é" equals "e" with U+0301. Any thread.
