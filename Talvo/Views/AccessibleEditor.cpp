@@ -13,14 +13,16 @@
 #include <algorithm>
 
 namespace Talvo {
+
 namespace {
 
 /// Of a rectangle on the screen, what the item's ancestors let be seen of it.
 QRect clippedByAncestors(QRect rect, const QQuickItem *item)
 {
     for (const QQuickItem *at = item->parentItem(); at && at->window(); at = at->parentItem()) {
-        if (!at->clip())
+        if (!at->clip()) {
             continue;
+        }
         const QRect inScene = at->mapRectToScene(at->clipRect()).toAlignedRect();
         rect &= QRect(at->window()->mapToGlobal(inScene.topLeft()), inScene.size());
     }
@@ -31,8 +33,9 @@ QRect clippedByAncestors(QRect rect, const QQuickItem *item)
 /// of its line.
 QRect placeOfCharacter(const QQuickItem *item, int offset, int count)
 {
-    if (offset < 0 || offset >= count || !item->window())
+    if (offset < 0 || offset >= count || !item->window()) {
         return {};
+    }
     const auto cursorAt = [item](int position) {
         QRectF rectangle;
         QMetaObject::invokeMethod(const_cast<QQuickItem *>(item), "positionToRectangle",
@@ -41,8 +44,9 @@ QRect placeOfCharacter(const QQuickItem *item, int offset, int count)
     };
     QRectF place = cursorAt(offset);
     const QRectF next = cursorAt(offset + 1);
-    if (next.top() == place.top())
+    if (next.top() == place.top()) {
         place |= next;
+    }
     const QRect inScene = item->mapRectToScene(place).toAlignedRect();
     return {item->window()->mapToGlobal(inScene.topLeft()), inScene.size()};
 }
@@ -60,8 +64,9 @@ public:
     /// platform would set the value.
     void *interface_cast(QAccessible::InterfaceType type) override
     {
-        if (type == QAccessible::EditableTextInterface && !isReadOnly())
+        if (type == QAccessible::EditableTextInterface && !isReadOnly()) {
             return static_cast<QAccessibleEditableTextInterface *>(this);
+        }
         return QAccessibleQuickItem::interface_cast(type);
     }
 
@@ -69,19 +74,22 @@ public:
 
     QString text(QAccessible::Text type) const override
     {
-        if (type == QAccessible::Value && isMasked())
+        if (type == QAccessible::Value && isMasked()) {
             return mask();
+        }
         // Qt gives no name for a password field, whatever Accessible.name says; a field of this
         // application is named by its placeholder.
-        if (type == QAccessible::Name && isMasked())
+        if (type == QAccessible::Name && isMasked()) {
             return item()->property("placeholderText").toString();
+        }
         return QAccessibleQuickItem::text(type);
     }
 
     QString text(int start, int end) const override
     {
-        if (isMasked())
+        if (isMasked()) {
             return mask().mid(start, end - start);
+        }
         return QAccessibleQuickItem::text(start, end);
     }
 
@@ -90,24 +98,27 @@ public:
     QString textBeforeOffset(int offset, QAccessible::TextBoundaryType boundary, int *start,
                              int *end) const override
     {
-        if (isMasked())
+        if (isMasked()) {
             return QAccessibleTextInterface::textBeforeOffset(offset, boundary, start, end);
+        }
         return QAccessibleQuickItem::textBeforeOffset(offset, boundary, start, end);
     }
 
     QString textAtOffset(int offset, QAccessible::TextBoundaryType boundary, int *start,
                          int *end) const override
     {
-        if (isMasked())
+        if (isMasked()) {
             return QAccessibleTextInterface::textAtOffset(offset, boundary, start, end);
+        }
         return QAccessibleQuickItem::textAtOffset(offset, boundary, start, end);
     }
 
     QString textAfterOffset(int offset, QAccessible::TextBoundaryType boundary, int *start,
                             int *end) const override
     {
-        if (isMasked())
+        if (isMasked()) {
             return QAccessibleTextInterface::textAfterOffset(offset, boundary, start, end);
+        }
         return QAccessibleQuickItem::textAfterOffset(offset, boundary, start, end);
     }
     // NOLINTEND(bugprone-parent-virtual-call)
@@ -125,20 +136,23 @@ public:
 
     void setText(QAccessible::Text type, const QString &text) override
     {
-        if (isEditable())
+        if (isEditable()) {
             QAccessibleQuickItem::setText(type, text);
+        }
     }
 
     void deleteText(int start, int end) override
     {
-        if (isEditable())
+        if (isEditable()) {
             QMetaObject::invokeMethod(item(), "remove", Q_ARG(int, start), Q_ARG(int, end));
+        }
     }
 
     void insertText(int offset, const QString &text) override
     {
-        if (isEditable())
+        if (isEditable()) {
             QMetaObject::invokeMethod(item(), "insert", Q_ARG(int, offset), Q_ARG(QString, text));
+        }
     }
 
     void replaceText(int start, int end, const QString &text) override
@@ -235,10 +249,12 @@ private:
 
 QAccessibleInterface *makeEditor(const QString &className, QObject *object)
 {
-    if (auto *text = qobject_cast<ReadOnlyText *>(object))
+    if (auto *text = qobject_cast<ReadOnlyText *>(object)) {
         return new AccessibleReadOnlyText(text);
-    if (className != u"QQuickTextInput" && className != u"QQuickTextEdit")
+    }
+    if (className != u"QQuickTextInput" && className != u"QQuickTextEdit") {
         return nullptr;
+    }
     auto *item = qobject_cast<QQuickItem *>(object);
     return item ? new AccessibleEditor(item) : nullptr;
 }

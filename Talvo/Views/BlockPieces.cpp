@@ -7,6 +7,7 @@
 #include <utility>
 
 namespace Talvo {
+
 namespace {
 
 constexpr qint64 charactersPerEffort = 200;
@@ -24,12 +25,14 @@ constexpr qsizetype smallPiece = 500;
 
 bool hasEndlessCharacter(const QString &text)
 {
-    if (text.size() <= smallPiece)
+    if (text.size() <= smallPiece) {
         return false;
+    }
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     for (qsizetype start = 0, end = 0; (end = finder.toNextBoundary()) >= 0; start = end) {
-        if (end - start > longestCharacter)
+        if (end - start > longestCharacter) {
             return true;
+        }
     }
     return false;
 }
@@ -37,10 +40,12 @@ bool hasEndlessCharacter(const QString &text)
 /// How long a piece of the text may be, if it has to be cut at all.
 std::optional<qsizetype> pieceLengthFor(const QString &text)
 {
-    if (hasEndlessCharacter(text))
+    if (hasEndlessCharacter(text)) {
         return smallPiece;
-    if (text.size() > BlockPieces::longestText)
+    }
+    if (text.size() > BlockPieces::longestText) {
         return BlockPieces::pieceLength;
+    }
     return std::nullopt;
 }
 
@@ -58,24 +63,28 @@ qsizetype lastCharacterEnd(QStringView text, qsizetype start, qsizetype end)
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, window.data(), window.size());
     finder.setPosition(end - start);
     const qsizetype boundary = finder.isAtBoundary() ? end - start : finder.toPreviousBoundary();
-    if (boundary > (end - start) / 2)
+    if (boundary > (end - start) / 2) {
         return start + boundary;
+    }
     // One character without end, of joiners or combining marks.
     return text.at(end).isLowSurrogate() ? end - 1 : end;
 }
 
 Cut nextCut(QStringView text, qsizetype start, qsizetype length)
 {
-    if (text.size() - start <= length)
+    if (text.size() - start <= length) {
         return {text.size(), text.size()};
+    }
     const qsizetype end = start + length;
     const QStringView window = text.mid(start, length);
     const qsizetype lineEnd = window.lastIndexOf(u'\n');
-    if (lineEnd > 0)
+    if (lineEnd > 0) {
         return {start + lineEnd, start + lineEnd + 1};
+    }
     const qsizetype blank = window.lastIndexOf(u' ');
-    if (blank > window.size() / 2)
+    if (blank > window.size() / 2) {
         return {start + blank + 1, start + blank + 1};
+    }
     const qsizetype characterEnd = lastCharacterEnd(text, start, end);
     return {characterEnd, characterEnd};
 }
@@ -97,8 +106,9 @@ AttributedString part(const AttributedString &whole, qsizetype start, qsizetype 
             result.runs.push_back(std::move(cut));
         }
         firstRun = i;
-        if (run.start + run.length > end)
+        if (run.start + run.length > end) {
             break;
+        }
     }
     return result;
 }
@@ -118,14 +128,16 @@ std::vector<AttributedString> piecesOf(const AttributedString &text, qsizetype l
 void cutOff(MarkdownTable::Cell &cell)
 {
     const std::optional<qsizetype> length = pieceLengthFor(cell.text.text);
-    if (!length)
+    if (!length) {
         return;
+    }
     std::size_t firstRun = 0;
     const qsizetype end = nextCut(cell.text.text, 0, *length).end;
     AttributedString beginning = part(cell.text, 0, end, firstRun);
     beginning.text += u'…';
-    if (beginning.runs.empty())
+    if (beginning.runs.empty()) {
         beginning.runs.emplace_back();
+    }
     ++beginning.runs.back().length;
     cell.text = std::move(beginning);
 }
@@ -134,10 +146,11 @@ const AttributedString *textOf(const MarkdownBlock::Content &content)
 {
     return std::visit(
         [](const auto &block) -> const AttributedString * {
-            if constexpr (requires { block.text; })
+            if constexpr (requires { block.text; }) {
                 return &block.text;
-            else
+            } else {
                 return nullptr;
+            }
         },
         content);
 }
@@ -146,16 +159,18 @@ const AttributedString *textOf(const MarkdownBlock::Content &content)
 MarkdownBlock::Content withText(const MarkdownBlock::Content &content, AttributedString text)
 {
     MarkdownBlock::Content result = MarkdownBlock::Paragraph();
-    if (const auto *heading = std::get_if<MarkdownBlock::Heading>(&content))
+    if (const auto *heading = std::get_if<MarkdownBlock::Heading>(&content)) {
         result = MarkdownBlock::Heading{heading->level, {}};
-    else if (const auto *numbered = std::get_if<MarkdownBlock::Numbered>(&content))
+    } else if (const auto *numbered = std::get_if<MarkdownBlock::Numbered>(&content)) {
         result = MarkdownBlock::Numbered{numbered->number, {}};
-    else if (std::holds_alternative<MarkdownBlock::Bullet>(content))
+    } else if (std::holds_alternative<MarkdownBlock::Bullet>(content)) {
         result = MarkdownBlock::Bullet();
+    }
     std::visit(
         [&](auto &block) {
-            if constexpr (requires { block.text; })
+            if constexpr (requires { block.text; }) {
                 block.text = std::move(text);
+            }
         },
         result);
     return result;
@@ -172,16 +187,18 @@ qint64 effortOf(const AttributedString &text)
 qint64 effortOf(const std::vector<MarkdownTable::Cell> &cells)
 {
     qint64 effort = 0;
-    for (const MarkdownTable::Cell &cell : cells)
+    for (const MarkdownTable::Cell &cell : cells) {
         effort += effortOf(cell.text);
+    }
     return effort;
 }
 
 qint64 effortOf(const MarkdownTable &table)
 {
     qint64 effort = 1 + effortOf(table.headers);
-    for (const MarkdownTable::Row &row : table.rows)
+    for (const MarkdownTable::Row &row : table.rows) {
         effort += effortOf(row.cells);
+    }
     return effort;
 }
 
@@ -189,12 +206,13 @@ qint64 effortOf(const MarkdownBlock::Content &content)
 {
     return std::visit(
         [](const auto &block) -> qint64 {
-            if constexpr (requires { block.text; })
+            if constexpr (requires { block.text; }) {
                 return effortOf(block.text);
-            else if constexpr (requires { block.rows; })
+            } else if constexpr (requires { block.rows; }) {
                 return effortOf(block);
-            else
+            } else {
                 return 1;
+            }
         },
         content);
 }
@@ -206,10 +224,11 @@ BlockPieces::BlockPieces(std::vector<MarkdownBlock> blocks)
     m_blocks.reserve(blocks.size());
     m_effort.reserve(blocks.size());
     for (MarkdownBlock &block : blocks) {
-        if (auto *table = std::get_if<MarkdownTable>(&block.content))
+        if (auto *table = std::get_if<MarkdownTable>(&block.content)) {
             addTable(*table);
-        else
+        } else {
             addText(std::move(block.content));
+        }
     }
 }
 
@@ -243,15 +262,17 @@ BlockPieces BlockPieces::ofPlainText(const QString &text)
     whole.runs.front().length = text.size();
     BlockPieces result;
     const qsizetype length = pieceLengthFor(text).value_or(pieceLength);
-    for (AttributedString &piece : piecesOf(whole, length))
+    for (AttributedString &piece : piecesOf(whole, length)) {
         result.add(MarkdownBlock::Paragraph{std::move(piece)});
+    }
     return result;
 }
 
 std::size_t BlockPieces::countWithin(std::size_t first, qint64 effort) const
 {
-    if (first >= m_effort.size())
+    if (first >= m_effort.size()) {
         return 0;
+    }
     const qint64 before = first == 0 ? 0 : m_effort[first - 1];
     const auto begin = m_effort.begin() + static_cast<std::ptrdiff_t>(first);
     const auto end = std::upper_bound(begin, m_effort.end(), before + effort);
@@ -260,11 +281,13 @@ std::size_t BlockPieces::countWithin(std::size_t first, qint64 effort) const
 
 std::size_t BlockPieces::countBackWithin(std::size_t end, qint64 effort) const
 {
-    if (end == 0 || end > m_effort.size())
+    if (end == 0 || end > m_effort.size()) {
         return 0;
+    }
     const qint64 allowed = m_effort[end - 1] - effort;
-    if (allowed <= 0)
+    if (allowed <= 0) {
         return end;
+    }
     const auto last = m_effort.begin() + static_cast<std::ptrdiff_t>(end);
     const auto before = std::lower_bound(m_effort.begin(), last, allowed);
     return static_cast<std::size_t>(std::max<std::ptrdiff_t>(1, last - before - 1));

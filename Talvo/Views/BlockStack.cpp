@@ -20,11 +20,13 @@ void BlockStack::componentComplete()
 void BlockStack::geometryChange(const QRectF &now, const QRectF &before)
 {
     QQuickItem::geometryChange(now, before);
-    if (now.width() == before.width())
+    if (now.width() == before.width()) {
         return;
+    }
     const QList<QQuickItem *> children = childItems();
-    for (QQuickItem *child : children)
+    for (QQuickItem *child : children) {
         child->setWidth(now.width());
+    }
     polish(); // the natural width may be another one, also where no height has changed
 }
 
@@ -47,14 +49,16 @@ void BlockStack::itemChange(ItemChange change, const ItemChangeData &data)
 
 void BlockStack::follow()
 {
-    if (isComponentComplete() && !m_isGrowing)
+    if (isComponentComplete() && !m_isGrowing) {
         layOut();
+    }
 }
 
 void BlockStack::layOut()
 {
-    if (!isComponentComplete())
+    if (!isComponentComplete()) {
         return;
+    }
     m_isGrowing = false;
     qreal bottom = 0;
     const QList<QQuickItem *> children = childItems();
@@ -71,18 +75,21 @@ void BlockStack::layOut()
 
 void BlockStack::updatePolish()
 {
-    if (m_isGrowing)
+    if (m_isGrowing) {
         layOut();
+    }
     qreal widest = 0;
     const QList<QQuickItem *> children = childItems();
     for (const QQuickItem *child : children) {
-        if (child->height() <= 0)
+        if (child->height() <= 0) {
             continue;
+        }
         const QVariant natural = child->property("naturalWidth");
         widest = std::max(widest, natural.isValid() ? natural.toReal() : child->width());
     }
-    if (std::exchange(m_naturalWidth, widest) != widest)
+    if (std::exchange(m_naturalWidth, widest) != widest) {
         Q_EMIT naturalWidthChanged();
+    }
 }
 
 } // namespace Talvo

@@ -17,13 +17,16 @@ BlockTable::BlockTable(std::shared_ptr<const MarkdownTable> table)
 std::vector<std::vector<BlockText>> BlockTable::cells() const
 {
     std::vector<std::vector<BlockText>> rows;
-    if (!m_table)
+    if (!m_table) {
         return rows;
+    }
     rows.reserve(m_table->rows.size() + 1);
-    if (hasHeader())
+    if (hasHeader()) {
         rows.push_back(shared(m_table->headers));
-    for (const MarkdownTable::Row &row : m_table->rows)
+    }
+    for (const MarkdownTable::Row &row : m_table->rows) {
         rows.push_back(shared(row.cells));
+    }
     return rows;
 }
 
@@ -31,8 +34,9 @@ std::vector<BlockText> BlockTable::shared(const std::vector<MarkdownTable::Cell>
 {
     std::vector<BlockText> texts;
     texts.reserve(cells.size());
-    for (const MarkdownTable::Cell &cell : cells)
+    for (const MarkdownTable::Cell &cell : cells) {
         texts.emplace_back(std::shared_ptr<const AttributedString>(m_table, &cell.text));
+    }
     return texts;
 }
 

@@ -4,6 +4,7 @@
 #include <cmath>
 
 namespace Talvo {
+
 namespace {
 
 double linear(float channel)
@@ -45,8 +46,9 @@ QColor readable(const QColor &colour, const QColor &background, double ratio)
     const QColor target = luminance(background) > 0.18 ? Qt::black : Qt::white;
     for (int step = 0; step < steps; ++step) {
         const QColor candidate = mixed(colour, target, static_cast<float>(step) / steps);
-        if (contrastRatio(candidate, background) >= ratio)
+        if (contrastRatio(candidate, background) >= ratio) {
             return candidate;
+        }
     }
     return target;
 }

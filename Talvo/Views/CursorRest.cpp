@@ -43,8 +43,9 @@ bool CursorRest::eventFilter(QObject *watched, QEvent *event)
 
 void CursorRest::wake()
 {
-    if (!m_timer.isActive())
+    if (!m_timer.isActive()) {
         QGuiApplication::styleHints()->setCursorFlashTime(asOnTheDesktop);
+    }
     m_timer.start();
 }
 

@@ -21,8 +21,9 @@ const QStringList &textFamilies()
     static const QStringList families = [] {
         const QString emoji = QStringLiteral("Noto Color Emoji");
         QStringList result{QFontInfo(QGuiApplication::font()).family()};
-        if (QFontDatabase::hasFamily(emoji))
+        if (QFontDatabase::hasFamily(emoji)) {
             result += emoji;
+        }
         return result;
     }();
     return families;
@@ -82,31 +83,36 @@ void DesktopAppearance::take(const QString &space, const QString &key, const QVa
         // 0 states no preference, 1 dark, 2 light.
         const uint scheme = value.toUInt();
         m_schemeKnown = scheme == 1 || scheme == 2;
-        if (m_schemeKnown)
+        if (m_schemeKnown) {
             update(scheme == 1, m_accent, m_reducedMotion);
-        else
+        } else {
             followPalette();
+        }
     }
     // An invalid colour says that there is none.
     if (space == u"org.freedesktop.appearance" && key == u"accent-color" &&
-        value.metaType() == QMetaType::fromType<QColor>())
+        value.metaType() == QMetaType::fromType<QColor>()) {
         update(m_dark, value.value<QColor>(), m_reducedMotion);
+    }
     if (space == u"org.gnome.desktop.interface" && key == u"enable-animations" &&
-        value.metaType() == QMetaType::fromType<bool>())
+        value.metaType() == QMetaType::fromType<bool>()) {
         update(m_dark, m_accent, !value.toBool());
+    }
 }
 
 bool DesktopAppearance::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange)
+    if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange) {
         followPalette();
+    }
     return QObject::eventFilter(watched, event);
 }
 
 void DesktopAppearance::followPalette()
 {
-    if (m_schemeKnown)
+    if (m_schemeKnown) {
         return;
+    }
     const QPalette palette = QGuiApplication::palette();
     const bool isDark = palette.color(QPalette::Window).lightness() <
                         palette.color(QPalette::WindowText).lightness();
@@ -115,8 +121,9 @@ void DesktopAppearance::followPalette()
 
 void DesktopAppearance::update(bool dark, const QColor &accent, bool reducedMotion)
 {
-    if (m_dark == dark && m_accent == accent && m_reducedMotion == reducedMotion)
+    if (m_dark == dark && m_accent == accent && m_reducedMotion == reducedMotion) {
         return;
+    }
     m_dark = dark;
     m_accent = accent;
     m_reducedMotion = reducedMotion;

@@ -8,6 +8,7 @@
 #include <QSvgRenderer>
 
 namespace Talvo {
+
 namespace {
 
 constexpr qreal designSize = 20;
@@ -37,8 +38,9 @@ QImage cached(const QString &name, QSize size, const QColor &color)
                             .arg(size.width())
                             .arg(size.height())
                             .arg(color.rgba());
-    if (const QImage *image = cache.object(key))
+    if (const QImage *image = cache.object(key)) {
         return *image;
+    }
     QImage image = drawn(name, size, color);
     cache.insert(key, new QImage(image));
     return image;
@@ -54,8 +56,9 @@ Icon::Icon(QQuickItem *parent)
 
 void Icon::setName(const QString &name)
 {
-    if (m_name == name)
+    if (m_name == name) {
         return;
+    }
     m_name = name;
     update();
     Q_EMIT nameChanged();
@@ -63,8 +66,9 @@ void Icon::setName(const QString &name)
 
 void Icon::setColor(const QColor &color)
 {
-    if (m_color == color)
+    if (m_color == color) {
         return;
+    }
     m_color = color;
     update();
     Q_EMIT colorChanged();
@@ -72,13 +76,15 @@ void Icon::setColor(const QColor &color)
 
 void Icon::paint(QPainter *painter)
 {
-    if (m_name.isEmpty())
+    if (m_name.isEmpty()) {
         return;
+    }
     // The painter is scaled to the screen; one image pixel has to meet one screen pixel.
     const QTransform scale = painter->deviceTransform();
     const QSize pixels(qRound(width() * scale.m11()), qRound(height() * scale.m22()));
-    if (pixels.isEmpty())
+    if (pixels.isEmpty()) {
         return;
+    }
     painter->drawImage(QRectF(0, 0, width(), height()), cached(m_name, pixels, m_color));
 }
 

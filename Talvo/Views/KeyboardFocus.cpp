@@ -18,11 +18,13 @@ constexpr qreal room = 12;
 const QQuickItem *holder(const QQuickItem *item)
 {
     const QQuickWindow *const window = item ? item->window() : nullptr;
-    if (!window || window->activeFocusItem())
+    if (!window || window->activeFocusItem()) {
         return window ? window->activeFocusItem() : nullptr;
+    }
     const QQuickItem *waiting = window->contentItem();
-    while (const QQuickItem *const next = waiting->scopedFocusItem())
+    while (const QQuickItem *const next = waiting->scopedFocusItem()) {
         waiting = next;
+    }
     return waiting;
 }
 
@@ -30,8 +32,9 @@ const QQuickItem *holder(const QQuickItem *item)
 /// coordinates; the beginning where it has no room for all.
 qreal revealed(qreal position, qreal size, qreal begin, qreal end)
 {
-    if (begin < 0 || end - begin > size)
+    if (begin < 0 || end - begin > size) {
         return position + begin;
+    }
     return end > size ? position + end - size : position;
 }
 
@@ -70,8 +73,9 @@ void KeyboardFocus::revealPart(QQuickItem *item, const QRectF &part)
 {
     const QRectF wanted = part.adjusted(-room, -room, room, room);
     for (QQuickItem *parent = item->parentItem(); parent; parent = parent->parentItem()) {
-        if (auto *view = qobject_cast<QQuickFlickable *>(parent))
+        if (auto *view = qobject_cast<QQuickFlickable *>(parent)) {
             Talvo::reveal(*view, item->mapRectToItem(view, wanted));
+        }
     }
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 
 namespace Talvo {
+
 namespace {
 
 constexpr qsizetype longestShown = 200;
@@ -41,14 +42,17 @@ QString neutralised(const QString &text)
 std::optional<QUrl> openableUrl(const QString &address)
 {
     const QUrl url(address, QUrl::TolerantMode);
-    if (!url.isValid())
+    if (!url.isValid()) {
         return std::nullopt;
+    }
     const QString scheme = url.scheme();
     const bool isWeb = scheme == u"http" || scheme == u"https";
-    if (isWeb && !url.host().isEmpty())
+    if (isWeb && !url.host().isEmpty()) {
         return url;
-    if (scheme == u"mailto" && !url.path().isEmpty())
+    }
+    if (scheme == u"mailto" && !url.path().isEmpty()) {
         return url;
+    }
     return std::nullopt;
 }
 
@@ -56,8 +60,9 @@ QString shownAddress(const QString &address)
 {
     const std::optional<QUrl> url = openableUrl(address);
     QString shown = neutralised(url ? url->toString(QUrl::FullyEncoded) : address);
-    if (shown.size() <= longestShown)
+    if (shown.size() <= longestShown) {
         return shown;
+    }
     return firstCodeUnits(shown, longestShown).toString() + u'…';
 }
 

@@ -34,8 +34,9 @@ void forEachText(QQuickItem *view, const auto &action)
         return;
     }
     const QList<QQuickItem *> children = view->childItems();
-    for (QQuickItem *const child : children)
+    for (QQuickItem *const child : children) {
         forEachText(child, action);
+    }
 }
 
 } // namespace
@@ -47,26 +48,30 @@ MarkdownBlockStack::MarkdownBlockStack(QQuickItem *parent)
 
 void MarkdownBlockStack::setContent(const QString &content)
 {
-    if (m_content == content)
+    if (m_content == content) {
         return;
+    }
     m_content = content;
-    if (isComponentComplete())
+    if (isComponentComplete()) {
         m_blocks.setContent(m_content);
+    }
     Q_EMIT contentChanged();
 }
 
 void MarkdownBlockStack::setLiteral(bool isLiteral)
 {
-    if (isLiteral == m_blocks.isLiteral())
+    if (isLiteral == m_blocks.isLiteral()) {
         return;
+    }
     m_blocks.setLiteral(isLiteral);
     Q_EMIT literalChanged();
 }
 
 void MarkdownBlockStack::setFromEnd(bool isFromEnd)
 {
-    if (isFromEnd == m_blocks.isFromEnd())
+    if (isFromEnd == m_blocks.isFromEnd()) {
         return;
+    }
     m_blocks.setFromEnd(isFromEnd);
     Q_EMIT fromEndChanged();
 }
@@ -102,8 +107,9 @@ void MarkdownBlockStack::insertViews(int first, int last)
     m_views.reserve(m_views.size() + last + 1 - first);
     for (int row = first; row <= last; ++row) {
         QQuickItem *const view = makeView(m_blocks.row(row));
-        if (next)
+        if (next) {
             view->stackBefore(next);
+        }
         m_views.insert(row, view);
         forEachText(view, std::mem_fn(&ReadOnlyText::deferDrawing));
     }
@@ -138,8 +144,9 @@ void MarkdownBlockStack::drawVisibleViews()
     const auto first = std::ranges::partition_point(m_views, [this](const QQuickItem *view) {
         return view->y() + view->height() < m_visibleTop;
     });
-    for (auto view = first; view != m_views.end() && (*view)->y() <= m_visibleBottom; ++view)
+    for (auto view = first; view != m_views.end() && (*view)->y() <= m_visibleBottom; ++view) {
         forEachText(*view, std::mem_fn(&ReadOnlyText::draw));
+    }
 }
 
 QQuickItem *MarkdownBlockStack::makeView(const MarkdownBlocks::Row &row)
@@ -212,8 +219,9 @@ QQuickItem *MarkdownBlockStack::makeFrom(QQmlComponent *component, QVariantMap p
     QObject *const object =
         component->createWithInitialProperties(properties, component->creationContext());
     auto *const view = qobject_cast<QQuickItem *>(object);
-    if (!view)
+    if (!view) {
         qFatal("A block cannot be shown: %s", qPrintable(component->errorString()));
+    }
     view->setParent(this);
     return view;
 }

@@ -12,6 +12,7 @@
 #include <utility>
 
 namespace Talvo {
+
 namespace {
 
 /// A row of the message list should have its final height when it is created, or the list jumps
@@ -66,21 +67,25 @@ QThreadPool &MarkdownBlocks::threads()
 
 void MarkdownBlocks::setContent(const QString &content)
 {
-    if (m_content == content)
+    if (m_content == content) {
         return;
+    }
     m_content = content;
-    if (!isParsed())
+    if (!isParsed()) {
         Q_EMIT replaced();
+    }
     parse();
 }
 
 void MarkdownBlocks::setLiteral(bool isLiteral)
 {
-    if (m_isLiteral == isLiteral)
+    if (m_isLiteral == isLiteral) {
         return;
+    }
     m_isLiteral = isLiteral;
-    if (!m_content.isEmpty())
+    if (!m_content.isEmpty()) {
         parse();
+    }
 }
 
 void MarkdownBlocks::parse()
@@ -95,26 +100,31 @@ void MarkdownBlocks::parse()
                            : BlockPieces(parseBlocks(job->content)));
         job->done.release();
         const QMutexLocker locker(&owner->mutex);
-        if (MarkdownBlocks *model = owner->model)
+        if (MarkdownBlocks *model = owner->model) {
             QMetaObject::invokeMethod(
                 model, [model, job] { model->show(*job); }, Qt::QueuedConnection);
+        }
     };
     threads().start(work);
-    if (isParsed())
+    if (isParsed()) {
         return;
+    }
     m_firstParse = job;
     grow();
 }
 
 void MarkdownBlocks::show(const Job &job)
 {
-    if (job.number <= m_shown)
+    if (job.number <= m_shown) {
         return;
+    }
     m_shown = job.number;
-    if (m_firstParse && m_firstParse->number <= m_shown)
+    if (m_firstParse && m_firstParse->number <= m_shown) {
         m_firstParse.reset();
-    if (*job.result == *m_pieces)
+    }
+    if (*job.result == *m_pieces) {
         return;
+    }
     m_pieces = job.result;
     m_allowed = 0;
     m_tail = 0;
@@ -139,8 +149,9 @@ void MarkdownBlocks::extend()
     const auto first = static_cast<std::size_t>(m_allowed);
     m_allowed += static_cast<int>(m_pieces->countWithin(first, effortWithoutAsking));
     const int tail = countBefore(pieceCount(), tailEffort);
-    if (m_allowed + tail >= pieceCount())
+    if (m_allowed + tail >= pieceCount()) {
         m_allowed = pieceCount() - m_tail; // nothing is left out between them
+    }
 }
 
 int MarkdownBlocks::countBefore(int end, qint64 effort) const
@@ -150,8 +161,9 @@ int MarkdownBlocks::countBefore(int end, qint64 effort) const
 
 void MarkdownBlocks::showMore()
 {
-    if (!std::exchange(m_offersMore, false))
+    if (!std::exchange(m_offersMore, false)) {
         return;
+    }
     Q_EMIT removed(shownCount(), shownCount());
     extend();
     goOn();
@@ -160,31 +172,36 @@ void MarkdownBlocks::showMore()
 void MarkdownBlocks::goOn()
 {
     if (hasPortions()) {
-        if (!m_growth.isActive())
+        if (!m_growth.isActive()) {
             m_growth.start(millisecondsBetweenPortions, this);
+        }
         return;
     }
     m_growth.stop();
-    if (m_allowed + m_tail == pieceCount() || m_offersMore)
+    if (m_allowed + m_tail == pieceCount() || m_offersMore) {
         return;
+    }
     m_offersMore = true;
     const bool hasTail = m_tail > 0;
-    if (!hasTail)
+    if (!hasTail) {
         m_tail = countBefore(pieceCount(), tailEffort);
+    }
     Q_EMIT inserted(shownCount(), shownCount() + (hasTail ? 0 : m_tail));
 }
 
 void MarkdownBlocks::timerEvent(QTimerEvent *event)
 {
-    if (event->timerId() == m_growth.timerId())
+    if (event->timerId() == m_growth.timerId()) {
         grow();
+    }
 }
 
 void MarkdownBlocks::grow()
 {
     if (const std::shared_ptr<Job> job = m_firstParse) {
-        if (job->done.tryAcquire(1, patienceMilliseconds))
+        if (job->done.tryAcquire(1, patienceMilliseconds)) {
             show(*job);
+        }
         return;
     }
     if (m_begin > 0) {
@@ -208,15 +225,18 @@ int MarkdownBlocks::rowCount() const
 
 MarkdownBlocks::Row MarkdownBlocks::row(int row) const
 {
-    if (!isParsed())
+    if (!isParsed()) {
         return PlainText{m_content.left(BlockPieces::longestText)};
-    if (m_offersMore && row == shownCount())
+    }
+    if (m_offersMore && row == shownCount()) {
         return OfferOfMore();
+    }
     const int piece = row < shownCount() ? m_begin + row : pieceCount() - rowCount() + row;
     const auto &content = m_pieces->blocks().at(static_cast<std::size_t>(piece)).content;
     const auto *paragraph = std::get_if<MarkdownBlock::Paragraph>(&content);
-    if (m_isLiteral && paragraph)
+    if (m_isLiteral && paragraph) {
         return PlainText{paragraph->text.text};
+    }
     return Block(m_pieces, &content);
 }
 

@@ -74,8 +74,9 @@ qreal MarkdownItem::naturalWidth() const
 void MarkdownItem::geometryChange(const QRectF &now, const QRectF &before)
 {
     QQuickItem::geometryChange(now, before);
-    if (m_text && now.width() != before.width())
+    if (m_text && now.width() != before.width()) {
         layOut();
+    }
 }
 
 void MarkdownItem::layOut()

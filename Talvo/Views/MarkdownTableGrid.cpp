@@ -22,8 +22,9 @@ constexpr qreal lineWidth = 1;
 qreal heightOf(const auto &row)
 {
     qreal height = 0;
-    for (const auto &cell : row)
+    for (const auto &cell : row) {
         height = std::max(height, cell.place.height());
+    }
     return height;
 }
 
@@ -39,8 +40,9 @@ MarkdownTableGrid::~MarkdownTableGrid() = default;
 
 void MarkdownTableGrid::setTable(const BlockTable &table)
 {
-    if (m_table == table)
+    if (m_table == table) {
         return;
+    }
     m_table = table;
     rebuild();
     Q_EMIT tableChanged();
@@ -48,8 +50,9 @@ void MarkdownTableGrid::setTable(const BlockTable &table)
 
 void MarkdownTableGrid::setLooks(MessageLooks *looks)
 {
-    if (!exchangeFollowed(m_looks, looks, this))
+    if (!exchangeFollowed(m_looks, looks, this)) {
         return;
+    }
     if (looks) {
         connect(looks, &MessageLooks::coloursChanged, this, &MarkdownTableGrid::update);
         connect(looks, &MessageLooks::fontsChanged, this, &MarkdownTableGrid::rebuild);
@@ -66,11 +69,13 @@ void MarkdownTableGrid::componentComplete()
 
 void MarkdownTableGrid::rebuild()
 {
-    if (!isComponentComplete() || !m_looks)
+    if (!isComponentComplete() || !m_looks) {
         return;
+    }
     for (const Row &row : m_rows) {
-        for (const Cell &cell : row)
+        for (const Cell &cell : row) {
             delete cell.text;
+        }
     }
     m_rows.clear();
     qreal width = 0;
@@ -118,13 +123,15 @@ QSGNode *MarkdownTableGrid::updatePaintNode(QSGNode *old, UpdatePaintNodeData * 
         const Row &row = m_rows[i];
         for (const Cell &cell : row) {
             const QRectF &place = cell.place;
-            if (isHeader(i))
+            if (isHeader(i)) {
                 draw(place, m_looks->tableHead);
+            }
             draw({place.right() - lineWidth, place.top(), lineWidth, place.height()},
                  m_looks->tableLine);
         }
-        if (row.empty())
+        if (row.empty()) {
             continue;
+        }
         const qreal bottom = row.front().place.top() + heightOf(row);
         draw({0, bottom - lineWidth, row.back().place.right(), lineWidth}, m_looks->tableLine);
     }

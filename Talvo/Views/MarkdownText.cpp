@@ -100,19 +100,22 @@ void MarkdownText::takeLinks()
 {
     const std::vector<AttributedString::Run> &runs = m_styled.value().runs;
     for (const AttributedString::Run &run : runs) {
-        if (run.link.isEmpty() || !openableUrl(run.link))
+        if (run.link.isEmpty() || !openableUrl(run.link)) {
             continue;
+        }
         // A link is several runs where a part of its text is bold, say.
         const bool goesOn = !m_links.empty() && m_links.back().link == run.link &&
                             m_links.back().title == run.title &&
                             m_links.back().start + m_links.back().length == run.start;
-        if (goesOn)
+        if (goesOn) {
             m_links.back().length += run.length;
-        else
+        } else {
             m_links.push_back(run);
+        }
     }
-    if (m_links.empty())
+    if (m_links.empty()) {
         return;
+    }
     setActiveFocusOnTab(true);
     setAcceptHoverEvents(true);
     connect(this, &QQuickTextEdit::linkActivated, this, &openLink);
@@ -123,26 +126,30 @@ void MarkdownText::takeLinks()
 /// No key opens a link that is not marked any more.
 void MarkdownText::followSelection()
 {
-    if (m_currentLink < 0)
+    if (m_currentLink < 0) {
         return;
+    }
     const AttributedString::Run &link = m_links[static_cast<size_t>(m_currentLink)];
-    if (selectionStart() == link.start && selectionEnd() == link.start + link.length)
+    if (selectionStart() == link.start && selectionEnd() == link.start + link.length) {
         return;
+    }
     unmarkLink();
 }
 
 void MarkdownText::restyle()
 {
-    if (!isComponentComplete() || m_shownLooks == inlineLooks())
+    if (!isComponentComplete() || m_shownLooks == inlineLooks()) {
         return;
+    }
     m_shownLooks = inlineLooks();
     restyleDocument(document(), m_styled.value(), m_shownLooks);
 }
 
 bool MarkdownText::event(QEvent *event)
 {
-    if (m_links.empty())
+    if (m_links.empty()) {
         return ReadOnlyText::event(event);
+    }
     switch (event->type()) {
     case QEvent::HoverMove:
         m_pointer = static_cast<QHoverEvent *>(event)->position();
@@ -158,25 +165,29 @@ bool MarkdownText::event(QEvent *event)
     case QEvent::FocusOut: {
         // From another window or a panel the keyboard comes back to the same link.
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
             leaveLinks();
+        }
         break;
     }
     case QEvent::KeyPress:
         switch (static_cast<QKeyEvent *>(event)->key()) {
         case Qt::Key_Tab:
-            if (goToLink(1))
+            if (goToLink(1)) {
                 return true;
+            }
             break;
         case Qt::Key_Backtab:
-            if (goToLink(-1))
+            if (goToLink(-1)) {
                 return true;
+            }
             break;
         case Qt::Key_Return:
         case Qt::Key_Enter:
             if (m_currentLink < 0 ||
-                static_cast<QKeyEvent *>(event)->modifiers().testFlag(Qt::ControlModifier))
+                static_cast<QKeyEvent *>(event)->modifiers().testFlag(Qt::ControlModifier)) {
                 break;
+            }
             openLink(m_links.at(static_cast<size_t>(m_currentLink)).link);
             return true;
         default:
@@ -209,8 +220,9 @@ bool MarkdownText::goToLink(int step)
 
 void MarkdownText::leaveLinks()
 {
-    if (m_currentLink < 0)
+    if (m_currentLink < 0) {
         return;
+    }
     unmarkLink();
     deselect();
 }
@@ -235,16 +247,20 @@ QPointF MarkdownText::below(int position) const
 
 void MarkdownText::showHint(const QString &address, QPointF place)
 {
-    if (!m_hint && address.isEmpty())
+    if (!m_hint && address.isEmpty()) {
         return;
-    if (!m_hint)
+    }
+    if (!m_hint) {
         m_hint = makeView(QStringLiteral("Hint"), {});
-    if (!m_hint)
+    }
+    if (!m_hint) {
         return;
+    }
     QMetaObject::invokeMethod(
         m_hint, "show", Q_ARG(QString, address.isEmpty() ? QString() : shownAddress(address)));
-    if (address.isEmpty())
+    if (address.isEmpty()) {
         return;
+    }
     // QObject::setProperty would keep the hint's own bindings, which follow the size of its text.
     QQmlProperty::write(m_hint, QStringLiteral("x"), place.x());
     QQmlProperty::write(m_hint, QStringLiteral("y"), place.y());

@@ -24,8 +24,9 @@ namespace {
 /// Of an item that was made in C++, that of the view it was made for.
 QQmlContext *contextOf(const QQuickItem *item)
 {
-    while (item && !qmlContext(item))
+    while (item && !qmlContext(item)) {
         item = item->parentItem();
+    }
     return item ? qmlContext(item) : nullptr;
 }
 
@@ -59,16 +60,18 @@ void ReadOnlyText::setSource(const QString &source)
 void ReadOnlyText::setShownSource(const QString &source)
 {
     const QString normalised = withPlainLineEndings(source);
-    if (m_source == normalised)
+    if (m_source == normalised) {
         return;
+    }
     m_source = normalised;
     Q_EMIT sourceChanged();
 }
 
 void ReadOnlyText::setLooks(MessageLooks *looks)
 {
-    if (!exchangeFollowed(m_looks, looks, this))
+    if (!exchangeFollowed(m_looks, looks, this)) {
         return;
+    }
     if (looks) {
         connect(looks, &MessageLooks::coloursChanged, this, &ReadOnlyText::applyColours);
         connect(looks, &MessageLooks::fontsChanged, this, &ReadOnlyText::applyFonts);
@@ -108,20 +111,23 @@ bool ReadOnlyText::isQuick(const QString &text)
 void ReadOnlyText::copy() const
 {
     const QString text = selectedSource();
-    if (!text.isEmpty())
+    if (!text.isEmpty()) {
         QGuiApplication::clipboard()->setText(text);
+    }
 }
 
 void ReadOnlyText::draw()
 {
-    if (std::exchange(m_isDrawingDeferred, false))
+    if (std::exchange(m_isDrawingDeferred, false)) {
         update();
+    }
 }
 
 QSGNode *ReadOnlyText::updatePaintNode(QSGNode *old, UpdatePaintNodeData *data)
 {
-    if (m_isDrawingDeferred && !old)
+    if (m_isDrawingDeferred && !old) {
         return nullptr;
+    }
     return QQuickTextEdit::updatePaintNode(old, data);
 }
 
@@ -164,25 +170,29 @@ void ReadOnlyText::offerSelection() const
 {
     QClipboard *clipboard = QGuiApplication::clipboard();
     const QString text = selectedSource();
-    if (clipboard->supportsSelection() && !text.isEmpty())
+    if (clipboard->supportsSelection() && !text.isEmpty()) {
         clipboard->setText(text, QClipboard::Selection);
+    }
 }
 
 void ReadOnlyText::openMenu()
 {
     forceActiveFocus(Qt::MouseFocusReason);
-    if (!m_menu)
+    if (!m_menu) {
         m_menu = makeView(QStringLiteral("TextMenu"),
                           {{QStringLiteral("target"), QVariant::fromValue(this)}});
-    if (m_menu)
+    }
+    if (m_menu) {
         QMetaObject::invokeMethod(m_menu, "openAtPointer");
+    }
 }
 
 QObject *ReadOnlyText::makeView(const QString &name, const QVariantMap &properties)
 {
     QQmlContext *context = contextOf(this);
-    if (!context)
+    if (!context) {
         return nullptr;
+    }
     QQmlComponent component(context->engine(),
                             QUrl(QStringLiteral("qrc:/qt/qml/Talvo/Views/%1.qml").arg(name)));
     QVariantMap initial = properties;

@@ -12,6 +12,7 @@
 #include <QtConcurrent>
 
 namespace Talvo {
+
 namespace {
 
 constexpr auto service = "org.freedesktop.portal.Desktop";
@@ -20,8 +21,9 @@ constexpr auto interface = "org.freedesktop.portal.Settings";
 
 QVariant colour(const QDBusArgument &argument)
 {
-    if (argument.currentSignature() != u"(ddd)")
+    if (argument.currentSignature() != u"(ddd)") {
         return {};
+    }
     double red = -1;
     double green = -1;
     double blue = -1;
@@ -30,8 +32,9 @@ QVariant colour(const QDBusArgument &argument)
     argument.endStructure();
     const auto isChannel = [](double value) { return value >= 0 && value <= 1; };
     // As the portal's documentation has it: a colour out of range is none.
-    if (!isChannel(red) || !isChannel(green) || !isChannel(blue))
+    if (!isChannel(red) || !isChannel(green) || !isChannel(blue)) {
         return QColor();
+    }
     return QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green),
                             static_cast<float>(blue));
 }
@@ -40,13 +43,15 @@ QVariant colour(const QDBusArgument &argument)
 
 void SettingsPortal::start()
 {
-    if (!hasSessionBus())
+    if (!hasSessionBus()) {
         return;
+    }
     const auto connecting =
         QtConcurrent::run([] { return QDBusConnection::sessionBus().isConnected(); });
     whenFinished(connecting, this, [this](const QFuture<bool> &isConnected) {
-        if (isConnected.result())
+        if (isConnected.result()) {
             listen();
+        }
     });
 }
 
@@ -73,8 +78,9 @@ void SettingsPortal::read(const QString &space, const QString &key)
         watcher->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
         // An error means that this desktop does not know the setting: the palette goes on deciding.
-        if (!reply.isError())
+        if (!reply.isError()) {
             settingChanged(space, key, reply.value());
+        }
     });
 }
 
@@ -87,10 +93,12 @@ void SettingsPortal::settingChanged(const QString &space, const QString &key,
 QVariant SettingsPortal::unwrapped(const QVariant &value)
 {
     QVariant inner = value;
-    while (inner.metaType() == QMetaType::fromType<QDBusVariant>())
+    while (inner.metaType() == QMetaType::fromType<QDBusVariant>()) {
         inner = inner.value<QDBusVariant>().variant();
-    if (inner.metaType() == QMetaType::fromType<QDBusArgument>())
+    }
+    if (inner.metaType() == QMetaType::fromType<QDBusArgument>()) {
         return colour(inner.value<QDBusArgument>());
+    }
     return inner;
 }
 

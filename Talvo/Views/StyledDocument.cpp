@@ -8,6 +8,7 @@
 #include <QTextLayout>
 
 namespace Talvo {
+
 namespace {
 
 /// Characters that mean something to a text document itself: the edges of frames, an embedded
@@ -22,10 +23,11 @@ QString displayed(QStringView text)
 {
     QString result = text.toString();
     for (QChar &character : result) {
-        if (isReserved(character))
+        if (isReserved(character)) {
             character = QChar::ReplacementCharacter;
-        else if (character == u'\r')
+        } else if (character == u'\r') {
             character = u'\n';
+        }
     }
     return result;
 }
@@ -34,8 +36,9 @@ QString displayed(QStringView text)
 /// which takes as long as the first.
 void keepGlyphs(const QTextDocument &document)
 {
-    for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         block.layout()->setCacheEnabled(true);
+    }
 }
 
 } // namespace
@@ -52,12 +55,15 @@ QTextCharFormat charFormat(const AttributedString::Run &run, const InlineLooks &
 {
     using Style = AttributedString::Style;
     QTextCharFormat format;
-    if (run.styles.testFlag(Style::strong))
+    if (run.styles.testFlag(Style::strong)) {
         format.setFontWeight(QFont::Bold);
-    if (run.styles.testFlag(Style::emphasis))
+    }
+    if (run.styles.testFlag(Style::emphasis)) {
         format.setFontItalic(true);
-    if (run.styles.testFlag(Style::strikethrough))
+    }
+    if (run.styles.testFlag(Style::strikethrough)) {
         format.setFontStrikeOut(true);
+    }
     if (run.styles.testFlag(Style::code)) {
         format.setFontFamilies({looks.codeFamily});
         format.setFontFixedPitch(true);

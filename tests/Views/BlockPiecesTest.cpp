@@ -19,8 +19,9 @@ const AttributedString &textOf(const MarkdownBlock &block)
 {
     return std::visit(
         [](const auto &content) -> const AttributedString & {
-            if constexpr (requires { content.text; })
+            if constexpr (requires { content.text; }) {
                 return content.text;
+            }
             throw std::logic_error("a block without text");
         },
         block.content);
@@ -29,8 +30,9 @@ const AttributedString &textOf(const MarkdownBlock &block)
 QString joined(const BlockPieces &pieces, const QString &separator)
 {
     QStringList texts;
-    for (const MarkdownBlock &block : pieces.blocks())
+    for (const MarkdownBlock &block : pieces.blocks()) {
         texts.append(textOf(block).text);
+    }
     return texts.join(separator);
 }
 
@@ -76,8 +78,9 @@ TEST(BlockPieces, CutsBetweenWords)
     const BlockPieces pieces = piecesOf(text);
     expectSoundPieces(pieces);
     EXPECT_EQ(joined(pieces, {}), text);
-    for (const MarkdownBlock &block : pieces.blocks())
+    for (const MarkdownBlock &block : pieces.blocks()) {
         EXPECT_TRUE(textOf(block).text.startsWith(QStringLiteral("kelime")));
+    }
 }
 
 TEST(BlockPieces, CutsAtLineEndsAndLeavesThemOut)
@@ -93,8 +96,9 @@ TEST(BlockPieces, KeepsCharactersWhole)
     const QString family = QStringLiteral("👩\u200D👩\u200D👧");
     const BlockPieces pieces = piecesOf(family.repeated(4'000));
     expectSoundPieces(pieces);
-    for (const MarkdownBlock &block : pieces.blocks())
+    for (const MarkdownBlock &block : pieces.blocks()) {
         EXPECT_EQ(textOf(block).text.size() % family.size(), 0);
+    }
 }
 
 TEST(BlockPieces, CutsACharacterWithoutEndBetweenItsCodePoints)
@@ -144,8 +148,9 @@ TEST(BlockPieces, GivesOnlyTheFirstPieceOfAnItemItsMarker)
         piecesOf(QStringLiteral("7. ") + QString(BlockPieces::longestText + 1, u'x'));
     ASSERT_EQ(pieces.blocks().size(), 5U);
     EXPECT_TRUE(std::holds_alternative<MarkdownBlock::Numbered>(pieces.blocks()[0].content));
-    for (std::size_t i = 1; i < pieces.blocks().size(); ++i)
+    for (std::size_t i = 1; i < pieces.blocks().size(); ++i) {
         EXPECT_TRUE(std::holds_alternative<MarkdownBlock::Paragraph>(pieces.blocks()[i].content));
+    }
 }
 
 TEST(BlockPieces, GivesALargeTableItsHeaderOnce)

@@ -28,8 +28,9 @@ QStringList drawnFamilies(const QString &text, const QFont &font)
     layout.createLine();
     layout.endLayout();
     QStringList families;
-    for (const QGlyphRun &run : layout.glyphRuns())
+    for (const QGlyphRun &run : layout.glyphRuns()) {
         families += run.rawFont().familyName();
+    }
     return families;
 }
 

@@ -87,16 +87,18 @@ TEST(OpenLink, HandsOnlyAllowedAddressesToTheDesktop)
     Browser browser;
     const QStringList schemes{QStringLiteral("https"), QStringLiteral("mailto"),
                               QStringLiteral("file"), QStringLiteral("ftp")};
-    for (const QString &scheme : schemes)
+    for (const QString &scheme : schemes) {
         QDesktopServices::setUrlHandler(scheme, &browser, "open");
+    }
 
     EXPECT_TRUE(openLink(QStringLiteral("https://example.com/x")));
     EXPECT_TRUE(openLink(QStringLiteral("mailto:biri@example.com")));
     EXPECT_FALSE(openLink(QStringLiteral("file:///etc/passwd")));
     EXPECT_FALSE(openLink(QStringLiteral("ftp://example.com")));
 
-    for (const QString &scheme : schemes)
+    for (const QString &scheme : schemes) {
         QDesktopServices::unsetUrlHandler(scheme);
+    }
     EXPECT_EQ(browser.opened, (QList<QUrl>{QUrl(QStringLiteral("https://example.com/x")),
                                            QUrl(QStringLiteral("mailto:biri@example.com"))}));
 }

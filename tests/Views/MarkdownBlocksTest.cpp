@@ -31,8 +31,9 @@ template <class Kind>
 int count(const MarkdownBlocks &blocks)
 {
     int result = 0;
-    for (int row = 0; row < blocks.rowCount(); ++row)
+    for (int row = 0; row < blocks.rowCount(); ++row) {
         result += is<Kind>(blocks, row) ? 1 : 0;
+    }
     return result;
 }
 
@@ -149,8 +150,9 @@ TEST(MarkdownBlocks, ShowsALongReplyInPortions)
     waitUntilGrown(blocks);
     EXPECT_EQ(blocks.rowCount(), 1'000);
     EXPECT_GT(inserted.count(), 1);
-    for (const QList<QVariant> &portion : inserted)
+    for (const QList<QVariant> &portion : inserted) {
         EXPECT_LE(portion.at(1).toInt() - portion.at(0).toInt(), 20);
+    }
 }
 
 TEST(MarkdownBlocks, ShowsALongReplyFromItsEnd)
@@ -158,8 +160,9 @@ TEST(MarkdownBlocks, ShowsALongReplyFromItsEnd)
     MarkdownBlocks blocks;
     blocks.setFromEnd(true);
     QString reply;
-    for (int i = 0; i < 1'000; ++i)
+    for (int i = 0; i < 1'000; ++i) {
         reply += QStringLiteral("- %1\n").arg(i);
+    }
     blocks.setContent(reply);
     waitUntilParsed(blocks);
     EXPECT_LT(blocks.rowCount(), 1'000);
@@ -172,8 +175,9 @@ TEST(MarkdownBlocks, ShowsALongReplyFromItsEnd)
 
     waitUntilGrown(blocks);
     ASSERT_EQ(blocks.rowCount(), 1'000);
-    for (int i = 0; i < 1'000; ++i)
+    for (int i = 0; i < 1'000; ++i) {
         EXPECT_EQ(bullet(blocks, i), QString::number(i));
+    }
     blocks.grow();
     EXPECT_EQ(blocks.rowCount(), 1'000) << "there is no more";
 }
@@ -182,8 +186,9 @@ TEST(MarkdownBlocks, ShowsALongReplyFromItsEnd)
 QString countedItems(int count)
 {
     QString reply;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         reply += QStringLiteral("- %1\n").arg(i);
+    }
     return reply;
 }
 
@@ -194,14 +199,16 @@ int rowsBeforeTheOffer(const MarkdownBlocks &blocks, int items)
     int before = -1;
     for (int row = 0; row < blocks.rowCount(); ++row) {
         if (is<MarkdownBlocks::OfferOfMore>(blocks, row)) {
-            if (before >= 0)
+            if (before >= 0) {
                 return -1;
+            }
             before = row;
             continue;
         }
         const int item = before < 0 ? row : items - blocks.rowCount() + row;
-        if (bullet(blocks, row) != QString::number(item))
+        if (bullet(blocks, row) != QString::number(item)) {
             return -1;
+        }
     }
     return before;
 }
@@ -226,8 +233,9 @@ TEST(MarkdownBlocks, OffersTheMiddleOfAReplyBeyondAllMeasure)
     blocks.showMore();
     waitUntilGrown(blocks);
     ASSERT_EQ(blocks.rowCount(), 10'000);
-    for (int i = 0; i < 10'000; ++i)
+    for (int i = 0; i < 10'000; ++i) {
         EXPECT_EQ(bullet(blocks, i), QString::number(i));
+    }
 
     blocks.showMore();
     EXPECT_EQ(blocks.rowCount(), 10'000) << "there is no more";
@@ -265,8 +273,9 @@ TEST(MarkdownBlocks, OffersNothingWhereTheEndGoesOnFromTheBeginning)
             const int items = int(MarkdownBlocks::effortWithoutAsking) + extra;
             blocks.setContent(countedItems(items));
             waitUntilParsed(blocks);
-            while (blocks.isGrowing())
+            while (blocks.isGrowing()) {
                 blocks.grow();
+            }
             EXPECT_EQ(blocks.rowCount(), items);
             EXPECT_EQ(count<MarkdownBlocks::OfferOfMore>(blocks), 0);
         }
@@ -289,8 +298,9 @@ TEST(MarkdownBlocks, TakesALiteralTextAsItStands)
     blocks.setContent((line + u'\n').repeated(4'000) + line);
     waitUntilGrown(blocks);
     QStringList pieces;
-    for (int row = 0; row < blocks.rowCount(); ++row)
+    for (int row = 0; row < blocks.rowCount(); ++row) {
         pieces.append(plain(blocks, row));
+    }
     EXPECT_EQ(pieces.join(u'\n'), blocks.content());
 }
 

@@ -25,21 +25,25 @@ void collectTexts(QQuickItem *item, QStringList &texts)
     if (QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item)) {
         const QAccessible::Role role = interface->role();
         const bool isText = role == QAccessible::StaticText || role == QAccessible::Heading;
-        if (isText && !interface->state().invisible)
+        if (isText && !interface->state().invisible) {
             texts.append(interface->text(QAccessible::Name));
+        }
     }
     const QList<QQuickItem *> children = item->childItems();
-    for (QQuickItem *child : children)
+    for (QQuickItem *child : children) {
         collectTexts(child, texts);
+    }
 }
 
 void collectItems(QQuickItem *item, const QString &type, QList<QQuickItem *> &found)
 {
-    if (QString::fromLatin1(item->metaObject()->className()).startsWith(type))
+    if (QString::fromLatin1(item->metaObject()->className()).startsWith(type)) {
         found.append(item);
+    }
     const QList<QQuickItem *> children = item->childItems();
-    for (QQuickItem *child : children)
+    for (QQuickItem *child : children) {
         collectItems(child, type, found);
+    }
 }
 
 } // namespace
@@ -47,14 +51,16 @@ void collectItems(QQuickItem *item, const QString &type, QList<QQuickItem *> &fo
 Probe::Probe(QObject *parent)
     : QObject(parent)
 {
-    for (const char *scheme : {"https", "http", "mailto", "file"})
+    for (const char *scheme : {"https", "http", "mailto", "file"}) {
         QDesktopServices::setUrlHandler(QLatin1String(scheme), this, "open");
+    }
 }
 
 Probe::~Probe()
 {
-    for (const char *scheme : {"https", "http", "mailto", "file"})
+    for (const char *scheme : {"https", "http", "mailto", "file"}) {
         QDesktopServices::unsetUrlHandler(QLatin1String(scheme));
+    }
 }
 
 void Probe::setReducedMotion(Talvo::DesktopAppearance *appearance, bool isReduced) const
@@ -120,16 +126,18 @@ int Probe::role(QQuickItem *item) const
 QRect Probe::place(QQuickItem *item) const
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
-    if (!interface || !item->window())
+    if (!interface || !item->window()) {
         return {};
+    }
     return interface->rect().translated(-item->window()->mapToGlobal(QPoint()));
 }
 
 QRect Probe::placeOfCharacter(QQuickItem *item, int offset) const
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
-    if (!interface || !interface->textInterface() || !item->window())
+    if (!interface || !interface->textInterface() || !item->window()) {
         return {};
+    }
     return interface->textInterface()->characterRect(offset).translated(
         -item->window()->mapToGlobal(QPoint()));
 }
@@ -137,16 +145,18 @@ QRect Probe::placeOfCharacter(QQuickItem *item, int offset) const
 int Probe::characterAt(QQuickItem *item, const QPointF &point) const
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
-    if (!interface || !interface->textInterface() || !item->window())
+    if (!interface || !interface->textInterface() || !item->window()) {
         return -1;
+    }
     return interface->textInterface()->offsetAtPoint(item->window()->mapToGlobal(point.toPoint()));
 }
 
 QStringList Probe::states(QQuickItem *item) const
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
-    if (!interface)
+    if (!interface) {
         return {};
+    }
     const QAccessible::State state = interface->state();
     const std::pair<const char *, bool> known[] = {
         {"disabled", state.disabled},   {"focusable", state.focusable},
@@ -156,8 +166,9 @@ QStringList Probe::states(QQuickItem *item) const
         {"selected", state.selected}};
     QStringList names;
     for (const auto &[name, isSet] : known) {
-        if (isSet)
+        if (isSet) {
             names.append(QLatin1String(name));
+        }
     }
     return names;
 }
@@ -172,8 +183,9 @@ QString Probe::text(QQuickItem *item) const
 bool Probe::write(QQuickItem *item, const QString &text) const
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
-    if (!interface || !interface->editableTextInterface())
+    if (!interface || !interface->editableTextInterface()) {
         return false;
+    }
     interface->editableTextInterface()->replaceText(0, interface->textInterface()->characterCount(),
                                                     text);
     return true;
@@ -181,15 +193,17 @@ bool Probe::write(QQuickItem *item, const QString &text) const
 
 void Probe::setValue(QQuickItem *item, const QString &text) const
 {
-    if (QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item))
+    if (QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item)) {
         interface->setText(QAccessible::Value, text);
+    }
 }
 
 void Probe::press(QQuickItem *item) const
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
-    if (interface && interface->actionInterface())
+    if (interface && interface->actionInterface()) {
         interface->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }
 }
 
 QString Probe::texts(QQuickItem *item) const

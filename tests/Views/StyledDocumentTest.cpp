@@ -81,8 +81,9 @@ TEST(StyledDocument, IsDrawnWithTheGlyphsOfItsLayout)
     QTextDocument document;
     fill(document, "bir\niki");
     ASSERT_EQ(document.blockCount(), 2);
-    for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         EXPECT_TRUE(block.layout()->cacheEnabled()) << block.blockNumber();
+    }
 }
 
 TEST(StyledDocument, TakesOtherLooksInPlace)
