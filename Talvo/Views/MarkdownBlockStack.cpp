@@ -1,5 +1,6 @@
 #include "Views/MarkdownBlockStack.h"
 
+#include "Views/BlockTable.h"
 #include "Views/MarkdownItem.h"
 
 #include <QQmlEngine>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Views/BlockText.h"
+#include "Views/BlockTable.h"
 #include "Views/MessageLooks.h"
 
 #include <QPointer>
