@@ -154,14 +154,9 @@ bool MarkdownText::event(QEvent *event)
     case QEvent::HoverMove:
         m_pointer = static_cast<QHoverEvent *>(event)->position();
         break;
-    case QEvent::FocusIn: {
-        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) {
-            m_currentLink = reason == Qt::TabFocusReason ? -1 : static_cast<int>(m_links.size());
-            goToLink(reason == Qt::TabFocusReason ? 1 : -1);
-        }
+    case QEvent::FocusIn:
+        enterLinks(static_cast<QFocusEvent *>(event)->reason());
         break;
-    }
     case QEvent::FocusOut: {
         // From another window or a panel the keyboard comes back to the same link.
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
@@ -171,33 +166,44 @@ bool MarkdownText::event(QEvent *event)
         break;
     }
     case QEvent::KeyPress:
-        switch (static_cast<QKeyEvent *>(event)->key()) {
-        case Qt::Key_Tab:
-            if (goToLink(1)) {
-                return true;
-            }
-            break;
-        case Qt::Key_Backtab:
-            if (goToLink(-1)) {
-                return true;
-            }
-            break;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            if (m_currentLink < 0 ||
-                static_cast<QKeyEvent *>(event)->modifiers().testFlag(Qt::ControlModifier)) {
-                break;
-            }
-            openLink(m_links.at(static_cast<size_t>(m_currentLink)).link);
+        if (takesKey(*static_cast<QKeyEvent *>(event))) {
             return true;
-        default:
-            break;
         }
         break;
     default:
         break;
     }
     return ReadOnlyText::event(event);
+}
+
+bool MarkdownText::takesKey(const QKeyEvent &event)
+{
+    switch (event.key()) {
+    case Qt::Key_Tab:
+        return goToLink(1);
+    case Qt::Key_Backtab:
+        return goToLink(-1);
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (m_currentLink < 0 || event.modifiers().testFlag(Qt::ControlModifier)) {
+            return false;
+        }
+        openLink(m_links.at(static_cast<size_t>(m_currentLink)).link);
+        return true;
+    default:
+        return false;
+    }
+}
+
+void MarkdownText::enterLinks(Qt::FocusReason reason)
+{
+    if (reason == Qt::TabFocusReason) {
+        m_currentLink = -1;
+        goToLink(1);
+    } else if (reason == Qt::BacktabFocusReason) {
+        m_currentLink = static_cast<int>(m_links.size());
+        goToLink(-1);
+    }
 }
 
 bool MarkdownText::goToLink(int step)

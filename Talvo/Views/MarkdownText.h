@@ -44,6 +44,11 @@ private:
     void fill();
     void restyle();
     void takeLinks();
+    /// Whether a key was one for the links.
+    [[nodiscard]] bool takesKey(const QKeyEvent &event);
+    /// By the Tab key to the first link or, on the way back, to the last.
+    void enterLinks(Qt::FocusReason reason);
+    /// False, with no link marked any more, where there is no further one.
     bool goToLink(int step);
     void leaveLinks();
     void unmarkLink();
