@@ -53,7 +53,7 @@ Item {
         }
 
         function area(chat) {
-            return Probe.find(chat, "QQuickTextArea")[0];
+            return Probe.find(chat, "Talvo::ControlTemplates::TextArea")[0];
         }
 
         function thinkingRow(chat) {

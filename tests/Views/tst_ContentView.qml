@@ -98,7 +98,7 @@ Item {
         function test_theEndOfAConversationThatFitsStaysInViewWhenTheWindowShrinks() {
             const content = make();
             fixture.storeKey("gsk_deneme");
-            Probe.find(content, "QQuickTextArea")[0].forceActiveFocus();
+            Probe.find(content, "Talvo::ControlTemplates::TextArea")[0].forceActiveFocus();
             fixture.model.draft = "Soru";
             keyClick(Qt.Key_Return);
             const answers = ["Yanıt.\n\n".repeat(10), "Ad", "-"];
@@ -238,7 +238,7 @@ Item {
         }
 
         function area(content) {
-            return Probe.find(content, "QQuickTextArea")[0];
+            return Probe.find(content, "Talvo::ControlTemplates::TextArea")[0];
         }
 
         function loaded(count) {

@@ -135,6 +135,19 @@ Item {
             tryVerify(() => item.activeFocus);
         }
 
+        function test_aSlowClickSetsTheCursor() {
+            const item = createTemporaryObject(field, scene, {
+                    "text": "bir iki üç dört",
+                    "focus": false
+                });
+            verify(!item.activeFocus);
+            mousePress(item, 60, item.height / 2);
+            wait(Application.styleHints.mousePressAndHoldInterval + 50);
+            mouseRelease(item, 60, item.height / 2);
+            verify(item.activeFocus);
+            verify(item.cursorPosition > 3 && item.cursorPosition < item.length, item.cursorPosition);
+        }
+
         function test_hasAMenu() {
             const item = createTemporaryObject(field, scene, {
                     "text": "bir iki"

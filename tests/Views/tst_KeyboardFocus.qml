@@ -68,7 +68,7 @@ Item {
         }
 
         function area() {
-            return Probe.find(content, "QQuickTextArea")[0];
+            return Probe.find(content, "Talvo::ControlTemplates::TextArea")[0];
         }
 
         function sidebarButton(text) {

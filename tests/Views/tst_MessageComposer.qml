@@ -51,7 +51,7 @@ Item {
         }
 
         function area(composer) {
-            return Probe.find(composer, "QQuickTextArea")[0];
+            return Probe.find(composer, "Talvo::ControlTemplates::TextArea")[0];
         }
 
         function button(composer) {
@@ -240,6 +240,32 @@ Item {
             verify(area(composer).activeFocus, "the focus comes back after the send");
             keyClick("x");
             compare(composer.draft, "taslakx");
+        }
+
+        function test_aDragUpwardsSelectsBeyondTheEdge() {
+            const composer = make(lines(30));
+            const text = area(composer);
+            const field = text.parent.parent;
+            tryVerify(() => field.contentY > 100);
+            const before = field.contentY;
+            mousePress(field, 30, 50);
+            for (let y = 45; y >= -30; y -= 5)
+                mouseMove(field, 30, y, -1, Qt.LeftButton);
+            verify(text.selectedText.length > 40, text.selectedText);
+            verify(field.contentY < before - 20, field.contentY);
+            mouseRelease(field, 30, -30);
+            verify(text.selectedText.length > 40, text.selectedText);
+        }
+
+        function test_aSlowClickSetsTheCursor() {
+            const composer = make("bir iki üç dört");
+            const text = area(composer);
+            elsewhere.forceActiveFocus();
+            mousePress(text, 30, text.height / 2);
+            wait(Application.styleHints.mousePressAndHoldInterval + 50);
+            mouseRelease(text, 30, text.height / 2);
+            verify(text.activeFocus);
+            verify(text.cursorPosition > 2 && text.cursorPosition < text.length, text.cursorPosition);
         }
 
         function test_growsFromOneToSixLines() {

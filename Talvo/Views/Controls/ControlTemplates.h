@@ -159,15 +159,15 @@ struct SplitView
     QML_NAMED_ELEMENT(SplitView)
 };
 
-/// A field of several lines.
-struct TextArea
+/// Base of TextArea.
+struct ToolkitTextArea
 {
     Q_GADGET
     QML_FOREIGN(QQuickTextArea)
-    QML_NAMED_ELEMENT(TextArea)
+    QML_ANONYMOUS
 };
 
-/// Base of TextArea.
+/// Base of that.
 struct TextEdit
 {
     Q_GADGET
@@ -175,15 +175,15 @@ struct TextEdit
     QML_ANONYMOUS
 };
 
-/// A field of one line.
-struct TextField
+/// Base of TextField.
+struct ToolkitTextField
 {
     Q_GADGET
     QML_FOREIGN(QQuickTextField)
-    QML_NAMED_ELEMENT(TextField)
+    QML_ANONYMOUS
 };
 
-/// Base of TextField.
+/// Base of that.
 struct TextInput
 {
     Q_GADGET
