@@ -79,4 +79,15 @@ void KeyboardFocus::revealPart(QQuickItem *item, const QRectF &part)
     }
 }
 
+void KeyboardFocus::scrollTowards(QQuickItem *item, QPointF place)
+{
+    const QPointF nearest(std::clamp(place.x(), 0.0, item->width()),
+                          std::clamp(place.y(), 0.0, item->height()));
+    for (QQuickItem *parent = item->parentItem(); parent; parent = parent->parentItem()) {
+        if (auto *view = qobject_cast<QQuickFlickable *>(parent)) {
+            Talvo::reveal(*view, {item->mapToItem(view, nearest), QSizeF()});
+        }
+    }
+}
+
 } // namespace Talvo

@@ -30,6 +30,9 @@ public:
     Q_INVOKABLE static void reveal(QQuickItem *item);
     /// The same for a part of an item, in the item's coordinates.
     static void revealPart(QQuickItem *item, const QRectF &part);
+    /// Scrolls what an item lies in towards a place beyond its edge, where a drag has come to; no
+    /// farther than the item goes.
+    static void scrollTowards(QQuickItem *item, QPointF place);
 
 Q_SIGNALS:
     /// A modal panel is about to take the keyboard. What has it only while it is open, a menu or a

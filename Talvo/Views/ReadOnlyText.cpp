@@ -2,6 +2,7 @@
 
 #include "Views/BlockPieces.h"
 #include "Views/FollowedObject.h"
+#include "Views/KeyboardFocus.h"
 #include "Views/StyledDocument.h"
 
 #include <QClipboard>
@@ -156,6 +157,14 @@ bool ReadOnlyText::event(QEvent *event)
             return true;
         }
         break;
+    case QEvent::MouseMove: {
+        const auto *move = static_cast<QMouseEvent *>(event);
+        const bool isTaken = QQuickTextEdit::event(event);
+        if (move->buttons().testFlag(Qt::LeftButton) && selectionStart() != selectionEnd()) {
+            KeyboardFocus::scrollTowards(this, move->position());
+        }
+        return isTaken;
+    }
     case QEvent::MouseButtonRelease:
         // After the TextEdit has offered its own version of the selection.
         QMetaObject::invokeMethod(this, &ReadOnlyText::offerSelection, Qt::QueuedConnection);

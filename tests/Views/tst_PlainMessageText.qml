@@ -25,6 +25,25 @@ Item {
         }
     }
 
+    Component {
+        id: scrolled
+
+        Flickable {
+            width: 300
+            height: 100
+            contentHeight: message.height
+            boundsBehavior: Flickable.StopAtBounds
+
+            PlainMessageText {
+                id: message
+
+                objectName: "message"
+                width: 300
+                content: "satır\n".repeat(60)
+            }
+        }
+    }
+
     TestCase {
         name: "PlainMessageText"
         when: windowShown
@@ -49,6 +68,33 @@ Item {
             compare(Probe.name(item), data.content);
             compare(Probe.text(item), data.content);
             compare(item.textFormat, TextEdit.PlainText);
+        }
+
+        function test_aDragSelectsBeyondTheEdge() {
+            const view = createTemporaryObject(scrolled, scene);
+            const item = findChild(view, "message");
+            mousePress(view, 20, 50);
+            for (let y = 60; y <= 130; y += 10)
+                mouseMove(view, 20, y, -1, Qt.LeftButton);
+            const below = view.contentY;
+            verify(below > 20, below);
+            mouseMove(view, 21, 130, -1, Qt.LeftButton);
+            verify(view.contentY > below, view.contentY);
+            verify(item.selectionEnd - item.selectionStart > 50, item.selectedText);
+            for (let step = 0; step < 20; ++step)
+                mouseMove(view, 20 + step, -40, -1, Qt.LeftButton);
+            compare(view.contentY, 0);
+            mouseRelease(view, 20, -40);
+            verify(item.selectionStart < 10);
+        }
+
+        function test_aDragWithinTheEdgesScrollsNothing() {
+            const view = createTemporaryObject(scrolled, scene);
+            mousePress(view, 20, 10);
+            for (let y = 10; y < 100; y += 10)
+                mouseMove(view, 20, y, -1, Qt.LeftButton);
+            compare(view.contentY, 0);
+            mouseRelease(view, 20, 99);
         }
 
         function test_knowsWhatHoldsUpTheWindow() {
