@@ -69,7 +69,11 @@ ModalPanel {
         visible: settings.hasStatus
         spacing: 8
 
+        // Beside the middle of the first line, whichever of the two is higher.
         Icon {
+            id: statusIcon
+
+            y: Math.max(0, Math.round((statusMetrics.height - height) / 2))
             width: 18
             height: 18
             name: settings.isError ? "warning" : "check-circle"
@@ -80,9 +84,16 @@ ModalPanel {
             id: statusLabel
 
             width: sheet.availableWidth - 26
+            topPadding: Math.max(0, Math.round((statusIcon.height - statusMetrics.height) / 2))
             text: settings.statusMessage
             color: settings.isError ? Theme.danger : Theme.success
             wrapMode: Text.Wrap
+
+            FontMetrics {
+                id: statusMetrics
+
+                font: statusLabel.font
+            }
         }
     }
 

@@ -27,12 +27,15 @@ T.Menu {
         }
     }
 
-    implicitWidth: 190
+    // As wide as its widest entry with a large font of the desktop's.
+    implicitWidth: Math.max(cutItem.implicitWidth, copyItem.implicitWidth, pasteItem.implicitWidth, allItem.implicitWidth) + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     padding: 5
     margins: 6
 
     TextMenuItem {
+        id: cutItem
+
         text: "Kes"
         visible: !menu.target.readOnly
         enabled: menu.selected && menu.target.echoMode !== TextInput.Password
@@ -40,12 +43,16 @@ T.Menu {
     }
 
     TextMenuItem {
+        id: copyItem
+
         text: "Kopyala"
         enabled: menu.selected && menu.target.echoMode !== TextInput.Password
         onTriggered: menu.target.copy()
     }
 
     TextMenuItem {
+        id: pasteItem
+
         text: "Yapıştır"
         visible: !menu.target.readOnly
         enabled: menu.target.canPaste === true
@@ -53,6 +60,8 @@ T.Menu {
     }
 
     TextMenuItem {
+        id: allItem
+
         text: "Tümünü Seç"
         enabled: menu.target.length > 0
         onTriggered: menu.target.selectAll()

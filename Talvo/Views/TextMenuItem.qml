@@ -6,7 +6,7 @@ import Talvo.Views
 T.MenuItem {
     id: control
 
-    implicitWidth: 180
+    implicitWidth: Math.max(180, implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: visible ? Theme.controlHeight - 2 : 0
     leftPadding: 9
     rightPadding: 9

@@ -135,6 +135,25 @@ Item {
             }
         }
 
+        function test_theStatusIconIsBesideTheMiddleOfTheFirstLine_data() {
+            return [9, 13, 20, 32].map(size => ({
+                            "tag": size + " px",
+                            "size": size
+                        }));
+        }
+
+        function test_theStatusIconIsBesideTheMiddleOfTheFirstLine(data) {
+            const sheet = openedWith("gsk_x");
+            click(sheet, "Kaydet");
+            expectStatus(sheet, "API anahtarı güvenle kaydedildi.", false);
+            const label = status(sheet);
+            const icon = icons(sheet).find(item => item.name !== "key-fill");
+            label.font.pixelSize = data.size;
+            const line = label.contentHeight / label.lineCount;
+            const middle = label.mapToItem(sheet.contentItem, 0, label.topPadding + line / 2).y;
+            fuzzyCompare(icon.mapToItem(sheet.contentItem, 0, icon.height / 2).y, middle, 1);
+        }
+
         function test_theKeyIsMasked() {
             const sheet = openedWith("gsk_gizli");
             compare(field(sheet).echoMode, TextInput.Password);

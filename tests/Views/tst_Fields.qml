@@ -165,5 +165,17 @@ Item {
             compare(item.text, "üç iki");
             tryVerify(() => item.activeFocus);
         }
+
+        function test_theMenuIsWideEnoughForALargeFont() {
+            const item = createTemporaryObject(field, scene);
+            mouseClick(item, 10, 10, Qt.RightButton);
+            const entries = () => Probe.find(scene.Window.contentItem, "TextMenuItem").filter(entry => entry.visible);
+            tryVerify(() => entries().length === 4);
+            for (const entry of entries()) {
+                entry.font.pixelSize = 32;
+                tryVerify(() => entry.contentItem.implicitWidth <= entry.contentItem.width, 1000, entry.text);
+            }
+            keyClick(Qt.Key_Escape);
+        }
     }
 }
