@@ -12,7 +12,8 @@ Loader {
                     "target": text,
                     "parent": text
                 });
-        (loader.item as TextMenu).openAtPointer();
+        // Once the press that asks for it is over: with that the text takes the keyboard, which is the menu's.
+        Qt.callLater((loader.item as TextMenu).openAtPointer);
     }
 
     visible: false

@@ -268,6 +268,26 @@ Item {
             verify(text.cursorPosition > 2 && text.cursorPosition < text.length, text.cursorPosition);
         }
 
+        function test_theMenuHasTheKeyboard() {
+            const composer = make("bir iki");
+            const text = area(composer);
+            const menu = () => Probe.find(scene.Window.contentItem, "TextMenuItem").filter(item => item.visible);
+            mouseClick(text, 10, 5, Qt.RightButton);
+            tryVerify(() => menu().length > 0 && !text.activeFocus);
+            keyClick(Qt.Key_Escape);
+            tryVerify(() => menu().length === 0);
+            tryVerify(() => text.activeFocus);
+            mouseClick(text, 10, 5, Qt.RightButton);
+            tryVerify(() => menu().length > 0 && !text.activeFocus);
+            const all = menu().find(item => item.text === "Tümünü Seç");
+            for (let step = 0; step < 2 && !all.highlighted; ++step)
+                keyClick(Qt.Key_Down);
+            verify(all.highlighted);
+            keyClick(Qt.Key_Return);
+            tryCompare(text, "selectedText", "bir iki");
+            compare(composer.sends, 0);
+        }
+
         function test_growsFromOneToSixLines() {
             const composer = make("bir");
             const single = composer.height;
