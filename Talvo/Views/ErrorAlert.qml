@@ -64,9 +64,12 @@ ModalPanel {
             focus: true
             Keys.onUpPressed: alert.scrollBy(-40)
             Keys.onDownPressed: alert.scrollBy(40)
+            // A line that the edge cuts through is whole on the next page.
             Keys.onPressed: event => {
                 if (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown)
-                    alert.scrollBy(event.key === Qt.Key_PageUp ? -flickable.height : flickable.height);
+                    alert.scrollBy((event.key === Qt.Key_PageUp ? -1 : 1) * (flickable.height - 40));
+                else if (event.key === Qt.Key_Home || event.key === Qt.Key_End)
+                    alert.scrollBy((event.key === Qt.Key_Home ? -1 : 1) * flickable.contentHeight);
             }
             onClicked: alert.close()
         }
