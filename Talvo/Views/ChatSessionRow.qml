@@ -66,6 +66,7 @@ T.ItemDelegate {
                 text: row.updatedText
                 font: Theme.caption
                 color: Theme.textSoft
+                horizontalAlignment: Text.AlignLeft
                 elide: Text.ElideRight
             }
         }

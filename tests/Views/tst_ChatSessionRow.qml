@@ -41,6 +41,15 @@ Item {
             return Probe.find(scene.Window.contentItem, type).find(item => item.visible && Probe.name(item) === name);
         }
 
+        function test_bothTextsBeginAtTheLeft() {
+            const row = make({
+                    "title": "مرحبا",
+                    "updatedText": "أمس"
+                });
+            for (const label of Probe.find(row, "PlainLabel"))
+                compare(label.effectiveHorizontalAlignment, Text.AlignLeft, label.text);
+        }
+
         function test_layout() {
             const row = make();
             const labels = Probe.find(row, "PlainLabel");
