@@ -32,7 +32,6 @@ T.Dialog {
     // A window's popups give the focus back to the window only, not to its item. A panel that opens again
     // while it fades out still knows whom it owes the focus; another one that opens then finds it there.
     onAboutToShow: {
-        KeyboardFocus.panelAboutToOpen();
         if (!panel.focusBefore && panel.parent)
             panel.focusBefore = panel.parent.Window.activeFocusItem;
         panel.contentItem.parent.Accessible.name = panel.title;

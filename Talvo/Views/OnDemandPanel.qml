@@ -16,6 +16,8 @@ Loader {
     function follow(): void {
         if (loader.wanted) {
             loader.active = true;
+            // The toolkit hands what a closing menu had to the topmost panel: this is none yet.
+            KeyboardFocus.panelAboutToOpen();
             loader.panel.open();
         } else if (loader.panel) {
             loader.panel.close();
