@@ -23,6 +23,7 @@ T.TextField {
 
     Accessible.name: control.placeholderText
 
+    Keys.onPressed: event => event.accepted = menu.openByKey(event, control)
     onPressed: event => {
         if (event.button === Qt.RightButton)
             menu.openFor(control);

@@ -64,6 +64,11 @@ bool KeyboardFocus::isWithin(const QQuickItem *item)
     return focused && (focused == item || item->isAncestorOf(focused));
 }
 
+bool KeyboardFocus::asksForMenu(int key, int modifiers)
+{
+    return key == Qt::Key_Menu || (key == Qt::Key_F10 && modifiers == Qt::ShiftModifier);
+}
+
 void KeyboardFocus::reveal(QQuickItem *item)
 {
     revealPart(item, item->boundingRect());

@@ -25,6 +25,10 @@ public:
     /// Whether the focus is with an item or with something in it. False for null.
     Q_INVOKABLE [[nodiscard]] static bool isWithin(const QQuickItem *item);
 
+    /// Whether a key press asks for the context menu of what has the keyboard: the menu key, or
+    /// Shift-F10. @param key a Qt::Key, @param modifiers of Qt::KeyboardModifiers
+    Q_INVOKABLE [[nodiscard]] static bool asksForMenu(int key, int modifiers);
+
     /// Scrolls whatever an item lies in, no farther than needed to bring it into view with a little
     /// room around it: for what the Tab key has just reached.
     Q_INVOKABLE static void reveal(QQuickItem *item);

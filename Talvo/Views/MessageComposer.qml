@@ -113,7 +113,12 @@ FocusScope {
                 if (event.button === Qt.RightButton)
                     menu.openFor(textArea);
             }
-            Keys.onPressed: event => composer.handleKey(event)
+            Keys.onPressed: event => {
+                if (menu.openByKey(event, textArea))
+                    event.accepted = true;
+                else
+                    composer.handleKey(event);
+            }
 
             Text {
                 x: textArea.leftPadding

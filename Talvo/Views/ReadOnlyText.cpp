@@ -140,20 +140,13 @@ bool ReadOnlyText::event(QEvent *event)
         event->ignore();
         return true;
     case QEvent::KeyPress:
-        if (static_cast<QKeyEvent *>(event)->matches(QKeySequence::Copy)) {
-            copy();
+        if (takesTextKey(static_cast<QKeyEvent *>(event))) {
             return true;
-        }
-        if (static_cast<QKeyEvent *>(event)->matches(QKeySequence::SelectAll)) {
-            // The TextEdit offers its own version of the selection here, too.
-            const bool isTaken = QQuickTextEdit::event(event);
-            offerSelection();
-            return isTaken;
         }
         break;
     case QEvent::MouseButtonPress:
         if (static_cast<QMouseEvent *>(event)->button() == Qt::RightButton) {
-            openMenu();
+            openMenu(Qt::MouseFocusReason, "openAtPointer");
             return true;
         }
         break;
@@ -175,6 +168,25 @@ bool ReadOnlyText::event(QEvent *event)
     return QQuickTextEdit::event(event);
 }
 
+bool ReadOnlyText::takesTextKey(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy)) {
+        copy();
+        return true;
+    }
+    if (event->matches(QKeySequence::SelectAll)) {
+        // The TextEdit offers its own version of the selection here, too.
+        QQuickTextEdit::event(event);
+        offerSelection();
+        return true;
+    }
+    if (KeyboardFocus::asksForMenu(event->key(), event->modifiers())) {
+        openMenu(Qt::OtherFocusReason, "openAtCursor");
+        return true;
+    }
+    return false;
+}
+
 void ReadOnlyText::offerSelection() const
 {
     QClipboard *clipboard = QGuiApplication::clipboard();
@@ -184,15 +196,15 @@ void ReadOnlyText::offerSelection() const
     }
 }
 
-void ReadOnlyText::openMenu()
+void ReadOnlyText::openMenu(Qt::FocusReason reason, const char *how)
 {
-    forceActiveFocus(Qt::MouseFocusReason);
+    forceActiveFocus(reason);
     if (!m_menu) {
         m_menu = makeView(QStringLiteral("TextMenu"),
                           {{QStringLiteral("target"), QVariant::fromValue(this)}});
     }
     if (m_menu) {
-        QMetaObject::invokeMethod(m_menu, "openAtPointer");
+        QMetaObject::invokeMethod(m_menu, how);
     }
 }
 

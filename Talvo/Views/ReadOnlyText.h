@@ -78,7 +78,10 @@ protected:
 private:
     /// The selected part of the source, empty without a selection.
     [[nodiscard]] QString selectedSource() const;
-    void openMenu();
+    /// Whether a key was one for the text as a whole.
+    [[nodiscard]] bool takesTextKey(QKeyEvent *event);
+    /// @param how the function of TextMenu that opens it
+    void openMenu(Qt::FocusReason reason, const char *how);
     void offerSelection() const;
 
     QString m_source;

@@ -15,6 +15,12 @@ T.Menu {
         menu.popup();
     }
 
+    /// Opens the menu below the cursor, for those who ask for it by key.
+    function openAtCursor(): void {
+        const cursor = menu.target.cursorRectangle;
+        menu.popup(menu.target, cursor.x, cursor.y + cursor.height);
+    }
+
     // A window's menus give the keyboard back to nobody.
     onClosed: if (KeyboardFocus.isFreeFor(menu.target))
         menu.target.forceActiveFocus(Qt.PopupFocusReason)

@@ -7,13 +7,25 @@ Loader {
 
     /// Opens the menu at the pointer's place in `text`, any TextInput or TextEdit.
     function openFor(text: Item): void {
+        // Once the press that asks for it is over: with that the text takes the keyboard, which is the menu's.
+        Qt.callLater(loader.menuOf(text).openAtPointer);
+    }
+
+    /// Opens the menu at the cursor of `text` when a key asks for it. Whether one did.
+    function openByKey(event: KeyEvent, text: Item): bool {
+        const isAskedFor = KeyboardFocus.asksForMenu(event.key, event.modifiers);
+        if (isAskedFor)
+            loader.menuOf(text).openAtCursor();
+        return isAskedFor;
+    }
+
+    function menuOf(text: Item): TextMenu {
         if (status === Loader.Null)
             setSource("TextMenu.qml", {
                     "target": text,
                     "parent": text
                 });
-        // Once the press that asks for it is over: with that the text takes the keyboard, which is the menu's.
-        Qt.callLater((loader.item as TextMenu).openAtPointer);
+        return loader.item as TextMenu;
     }
 
     visible: false
