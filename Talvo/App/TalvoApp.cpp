@@ -12,6 +12,7 @@
 
 #include <QDebug>
 #include <QDir>
+#include <QFutureSynchronizer>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QNetworkProxyFactory>
@@ -193,7 +194,8 @@ int run(int argc, char **argv, const AppSetup &setup)
     const QUrl mainWindow(QStringLiteral("qrc:/qt/qml/Talvo/Views/MainWindow.qml"));
     // The engine's thread begins to read the views while this one makes what they show.
     const QQmlComponent viewsAhead(&engine, mainWindow, QQmlComponent::Asynchronous);
-    const QFuture<void> fonts = warmUpFonts();
+    // Ended before the application is, wherever this function does.
+    const QFutureSynchronizer<void> fonts(warmUpFonts());
 
     SingleInstance instance(setup.exclusiveDirectory);
     if (!instance.isFirst() && instance.raiseFirst()) {

@@ -1,6 +1,7 @@
 #include "Views/MarkdownBlocks.h"
 
 #include "Markdown/MarkdownBlockParser.h"
+#include "Platform/Text.h"
 
 #include <QMetaObject>
 #include <QMutex>
@@ -226,7 +227,7 @@ int MarkdownBlocks::rowCount() const
 MarkdownBlocks::Row MarkdownBlocks::row(int row) const
 {
     if (!isParsed()) {
-        return PlainText{m_content.left(BlockPieces::longestText)};
+        return PlainText{firstCodeUnits(m_content, BlockPieces::longestText).toString()};
     }
     if (m_offersMore && row == shownCount()) {
         return OfferOfMore();

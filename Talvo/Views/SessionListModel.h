@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Controller/ChatModel.h"
-#include "Platform/RelativeDate.h"
+#include "Platform/RelativeDateFormatter.h"
 
 #include <QAbstractListModel>
 #include <QPointer>

@@ -290,6 +290,14 @@ TEST(MarkdownBlocks, ShowsOnlyTheBeginningOfAnUnparsedText)
     EXPECT_EQ(plain(blocks, 0).size(), BlockPieces::longestText);
 }
 
+TEST(MarkdownBlocks, CutsNoCharacterOfAnUnparsedText)
+{
+    MarkdownBlocks blocks;
+    const Testing::BusyWorkers busy(MarkdownBlocks::threads());
+    blocks.setContent(u'x' + QStringLiteral("😀").repeated(500'000));
+    EXPECT_TRUE(plain(blocks, 0).isValidUtf16());
+}
+
 TEST(MarkdownBlocks, TakesALiteralTextAsItStands)
 {
     MarkdownBlocks blocks;

@@ -1,4 +1,4 @@
-#include "Platform/RelativeDate.h"
+#include "Platform/RelativeDateFormatter.h"
 
 #include <unicode/calendar.h>
 #include <unicode/reldatefmt.h>

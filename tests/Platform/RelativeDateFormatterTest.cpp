@@ -1,4 +1,4 @@
-#include "Platform/RelativeDate.h"
+#include "Platform/RelativeDateFormatter.h"
 
 #include <QDateTime>
 #include <QTimeZone>
@@ -40,7 +40,7 @@ void expectTexts(const char *locale, const char *zone, std::initializer_list<Cas
 
 } // namespace
 
-TEST(RelativeDate, countsSecondsMinutesAndHours)
+TEST(RelativeDateFormatter, countsSecondsMinutesAndHours)
 {
     expectTexts("en_US", "Europe/Istanbul",
                 {
@@ -64,7 +64,7 @@ TEST(RelativeDate, countsSecondsMinutesAndHours)
                 });
 }
 
-TEST(RelativeDate, countsTheFutureTheSameWay)
+TEST(RelativeDateFormatter, countsTheFutureTheSameWay)
 {
     expectTexts("en_US", "Europe/Istanbul",
                 {
@@ -84,7 +84,7 @@ TEST(RelativeDate, countsTheFutureTheSameWay)
                 });
 }
 
-TEST(RelativeDate, countsDaysByMidnights)
+TEST(RelativeDateFormatter, countsDaysByMidnights)
 {
     expectTexts("en_US", "Europe/Istanbul",
                 {
@@ -100,7 +100,7 @@ TEST(RelativeDate, countsDaysByMidnights)
                 });
 }
 
-TEST(RelativeDate, countsWeeksMonthsAndYearsByTheCalendar)
+TEST(RelativeDateFormatter, countsWeeksMonthsAndYearsByTheCalendar)
 {
     expectTexts("en_US", "UTC",
                 {
@@ -124,14 +124,14 @@ TEST(RelativeDate, countsWeeksMonthsAndYearsByTheCalendar)
                 });
 }
 
-TEST(RelativeDate, theLocaleDecidesWhenAWeekBegins)
+TEST(RelativeDateFormatter, theLocaleDecidesWhenAWeekBegins)
 {
     // Sunday the 9th belongs to the week before where weeks begin on Monday.
     expectTexts("en_US", "UTC", {{"2025-03-17 12:00:00", "2025-03-09 12:00:00", "last week"}});
     expectTexts("en_GB", "UTC", {{"2025-03-17 12:00:00", "2025-03-09 12:00:00", "2 weeks ago"}});
 }
 
-TEST(RelativeDate, speaksTurkish)
+TEST(RelativeDateFormatter, speaksTurkish)
 {
     expectTexts("tr_TR", "Europe/Istanbul",
                 {
@@ -150,7 +150,7 @@ TEST(RelativeDate, speaksTurkish)
                 });
 }
 
-TEST(RelativeDate, speaksGerman)
+TEST(RelativeDateFormatter, speaksGerman)
 {
     expectTexts("de_DE", "Europe/Berlin",
                 {
@@ -162,7 +162,7 @@ TEST(RelativeDate, speaksGerman)
                 });
 }
 
-TEST(RelativeDate, knowsDaysOf23And25Hours)
+TEST(RelativeDateFormatter, knowsDaysOf23And25Hours)
 {
     expectTexts("en_US", "Europe/Berlin",
                 {
@@ -176,7 +176,7 @@ TEST(RelativeDate, knowsDaysOf23And25Hours)
                 });
 }
 
-TEST(RelativeDate, theTimeZoneDecidesWhatYesterdayIs)
+TEST(RelativeDateFormatter, theTimeZoneDecidesWhatYesterdayIs)
 {
     const QTimeZone utc("UTC");
     const Instant now = at("2025-03-14 22:00:00", utc);
@@ -190,7 +190,7 @@ TEST(RelativeDate, theTimeZoneDecidesWhatYesterdayIs)
     EXPECT_FALSE(text("").isEmpty());
 }
 
-TEST(RelativeDate, hasATextForAbsurdDates)
+TEST(RelativeDateFormatter, hasATextForAbsurdDates)
 {
     using Limits = std::numeric_limits<double>;
     const RelativeDateFormatter formatter(QStringLiteral("en_US"), "UTC");
@@ -210,13 +210,13 @@ TEST(RelativeDate, hasATextForAbsurdDates)
     }
 }
 
-TEST(RelativeDate, countsOneHourInTheCLocale)
+TEST(RelativeDateFormatter, countsOneHourInTheCLocale)
 {
     const RelativeDateFormatter formatter(QStringLiteral("C"), "UTC");
     EXPECT_EQ(formatter.text({0}, {3600}), QStringLiteral("1 hour ago"));
 }
 
-TEST(RelativeDate, anUnknownLocaleStillGivesAText)
+TEST(RelativeDateFormatter, anUnknownLocaleStillGivesAText)
 {
     const RelativeDateFormatter formatter(QStringLiteral("xx_YY"), "UTC");
     EXPECT_FALSE(formatter.text({0}, {100}).isEmpty());
