@@ -64,7 +64,7 @@ bool KeyboardFocus::isWithin(const QQuickItem *item)
     return focused && (focused == item || item->isAncestorOf(focused));
 }
 
-bool KeyboardFocus::asksForMenu(int key, int modifiers)
+bool KeyboardFocus::asksForMenu(int key, uint modifiers)
 {
     return key == Qt::Key_Menu || (key == Qt::Key_F10 && modifiers == Qt::ShiftModifier);
 }

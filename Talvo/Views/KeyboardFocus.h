@@ -27,7 +27,7 @@ public:
 
     /// Whether a key press asks for the context menu of what has the keyboard: the menu key, or
     /// Shift-F10. @param key a Qt::Key, @param modifiers of Qt::KeyboardModifiers
-    Q_INVOKABLE [[nodiscard]] static bool asksForMenu(int key, int modifiers);
+    Q_INVOKABLE [[nodiscard]] static bool asksForMenu(int key, uint modifiers);
 
     /// Scrolls whatever an item lies in, no farther than needed to bring it into view with a little
     /// room around it: for what the Tab key has just reached.
