@@ -100,10 +100,10 @@ T.ComboBox {
         readonly property real widestText: Math.ceil(Math.max(0, ...control.model.map(text => metrics.advanceWidth(text))))
 
         onAboutToShow: {
-            control.focusBefore = control.Window.activeFocusItem;
+            control.focusBefore = KeyboardFocus.holder(control);
             control.forceActiveFocus(Qt.PopupFocusReason);
         }
-        onAboutToHide: if (control.activeFocus && control.focusBefore)
+        onAboutToHide: if (control.focusBefore && KeyboardFocus.isWithin(control))
             control.focusBefore.forceActiveFocus(Qt.PopupFocusReason)
 
         y: control.height + 4

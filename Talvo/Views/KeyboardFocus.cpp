@@ -13,21 +13,6 @@ namespace {
 /// Room around what is brought into view, in device-independent pixels.
 constexpr qreal room = 12;
 
-/// Who has the keyboard in an item's window; in one in the background, who gets it when the window
-/// comes back.
-const QQuickItem *holder(const QQuickItem *item)
-{
-    const QQuickWindow *const window = item ? item->window() : nullptr;
-    if (!window || window->activeFocusItem()) {
-        return window ? window->activeFocusItem() : nullptr;
-    }
-    const QQuickItem *waiting = window->contentItem();
-    while (const QQuickItem *const next = waiting->scopedFocusItem()) {
-        waiting = next;
-    }
-    return waiting;
-}
-
 /// Where a view of some size, now at `position`, shows what lies between two edges, both in its
 /// coordinates; the beginning where it has no room for all.
 qreal revealed(qreal position, qreal size, qreal begin, qreal end)
@@ -51,6 +36,19 @@ void reveal(QQuickFlickable &view, const QRectF &place)
 }
 
 } // namespace
+
+QQuickItem *KeyboardFocus::holder(const QQuickItem *item)
+{
+    const QQuickWindow *const window = item ? item->window() : nullptr;
+    if (!window || window->activeFocusItem()) {
+        return window ? window->activeFocusItem() : nullptr;
+    }
+    QQuickItem *waiting = window->contentItem();
+    while (QQuickItem *const next = waiting->scopedFocusItem()) {
+        waiting = next;
+    }
+    return waiting;
+}
 
 bool KeyboardFocus::isFreeFor(const QQuickItem *item)
 {

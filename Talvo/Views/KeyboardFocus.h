@@ -18,6 +18,9 @@ class KeyboardFocus : public QObject
 public:
     using QObject::QObject;
 
+    /// Who has the focus in an item's window. Null for null, and for an item that is in none.
+    Q_INVOKABLE [[nodiscard]] static QQuickItem *holder(const QQuickItem *item);
+
     /// Whether an item may take the focus without taking it from anybody: it has it already, no
     /// item has it, or only one that the item lies in.
     Q_INVOKABLE [[nodiscard]] static bool isFreeFor(const QQuickItem *item);

@@ -32,8 +32,8 @@ T.Dialog {
     // A window's popups give the focus back to the window only, not to its item. A panel that opens again
     // while it fades out still knows whom it owes the focus; another one that opens then finds it there.
     onAboutToShow: {
-        if (!panel.focusBefore && panel.parent)
-            panel.focusBefore = panel.parent.Window.activeFocusItem;
+        if (!panel.focusBefore)
+            panel.focusBefore = KeyboardFocus.holder(panel.parent);
         panel.contentItem.parent.Accessible.name = panel.title;
         panel.contentItem.parent.Accessible.description = Qt.binding(() => panel.description);
     }

@@ -362,6 +362,48 @@ Item {
             verify(area().activeFocus);
         }
 
+        function test_anAlertThatOpenedInTheBackgroundGivesTheKeyboardBack_data() {
+            return [{
+                    "tag": "to the draft, after a send that failed",
+                    "prepare": () => {
+                        startSending();
+                        switchAway();
+                        fixture.refuse(0, 500, "bozuk");
+                        tryVerify(() => !fixture.model.isSending);
+                    }
+                }, {
+                    "tag": "to who had it before the models",
+                    "prepare": () => {
+                        area().forceActiveFocus();
+                        const choice = Probe.find(content, "Choice")[0];
+                        mouseClick(choice);
+                        tryVerify(() => choice.popup.opened);
+                        switchAway();
+                        fixture.setError("Olmadı");
+                        tryVerify(() => !choice.popup.visible);
+                    }
+                }, {
+                    "tag": "to who had it before its menu",
+                    "prepare": () => {
+                        area().forceActiveFocus();
+                        keyClick(Qt.Key_Menu);
+                        tryVerify(() => !area().activeFocus);
+                        switchAway();
+                        fixture.setError("Olmadı");
+                    }
+                }];
+        }
+
+        function test_anAlertThatOpenedInTheBackgroundGivesTheKeyboardBack(data) {
+            make();
+            data.prepare();
+            switchBack();
+            tryVerify(() => alertButton() !== undefined && alertButton().activeFocus);
+            keyClick(Qt.Key_Return);
+            tryVerify(() => alertButton() === undefined);
+            verify(area().activeFocus);
+        }
+
         function test_theMarkOfTheFocusIsThereAfter_data() {
             return [{
                     "tag": "a sheet",
