@@ -7,8 +7,15 @@ Loader {
 
     /// Opens the menu at the pointer's place in `text`, any TextInput or TextEdit.
     function openFor(text: Item): void {
+        text.forceActiveFocus(Qt.MouseFocusReason);
         // Once the press that asks for it is over: with that the text takes the keyboard, which is the menu's.
-        Qt.callLater(loader.menuOf(text).openAtPointer);
+        Qt.callLater(loader.openIfFree, text);
+    }
+
+    /// Unless a panel has opened since, which has the keyboard now.
+    function openIfFree(text: Item): void {
+        if (KeyboardFocus.isFreeFor(text))
+            loader.menuOf(text).openAtPointer();
     }
 
     /// Opens the menu at the cursor of `text` when a key asks for it. Whether one did.

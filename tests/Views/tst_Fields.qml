@@ -9,6 +9,10 @@ Item {
     width: 400
     height: 300
 
+    Item {
+        id: elsewhere
+    }
+
     Component {
         id: field
 
@@ -133,6 +137,20 @@ Item {
             Probe.press(entry("Tümünü Seç"));
             compare(item.selectedText, "bir iki");
             tryVerify(() => item.activeFocus);
+        }
+
+        function test_aRightClickTakesTheKeyboard() {
+            const item = createTemporaryObject(field, scene, {
+                    "text": "bir iki",
+                    "focus": false
+                });
+            const menu = () => Probe.find(scene.Window.contentItem, "TextMenuItem").filter(entry => entry.visible);
+            elsewhere.forceActiveFocus();
+            mouseClick(item, 10, 10, Qt.RightButton);
+            tryVerify(() => menu().length > 0 && !elsewhere.activeFocus);
+            keyClick(Qt.Key_Escape);
+            tryVerify(() => menu().length === 0);
+            verify(item.activeFocus);
         }
 
         function test_aSlowClickSetsTheCursor() {

@@ -404,6 +404,21 @@ Item {
             verify(area().activeFocus);
         }
 
+        function test_noMenuOpensOverAPanelThatWasFaster() {
+            make();
+            area().forceActiveFocus();
+            Probe.find(area(), "TextMenuLoader")[0].openFor(area());
+            fixture.setError("Olmadı");
+            tryVerify(() => alertButton() !== undefined && alertButton().activeFocus);
+            fixture.waitUntilAtRest();
+            waitForRendering(scene);
+            compare(Probe.find(scene.Window.contentItem, "TextMenuItem").filter(item => item.visible).length, 0);
+            verify(alertButton().activeFocus);
+            keyClick(Qt.Key_Return);
+            tryVerify(() => alertButton() === undefined);
+            verify(area().activeFocus);
+        }
+
         function test_theMarkOfTheFocusIsThereAfter_data() {
             return [{
                     "tag": "a sheet",
