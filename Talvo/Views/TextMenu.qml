@@ -44,7 +44,7 @@ T.Menu {
 
         text: "Kes"
         visible: !menu.target.readOnly
-        enabled: menu.selected && menu.target.echoMode !== TextInput.Password
+        enabled: menu.target.enabled && menu.selected && menu.target.echoMode !== TextInput.Password
         onTriggered: menu.target.cut()
     }
 
@@ -61,7 +61,7 @@ T.Menu {
 
         text: "Yapıştır"
         visible: !menu.target.readOnly
-        enabled: menu.target.canPaste === true
+        enabled: menu.target.enabled && menu.target.canPaste === true
         onTriggered: menu.target.paste()
     }
 

@@ -288,6 +288,26 @@ Item {
             compare(composer.sends, 0);
         }
 
+        function test_aMenuThatIsOpenChangesNothingDuringASend() {
+            const composer = make("bir iki");
+            const text = area(composer);
+            const entry = label => Probe.find(scene.Window.contentItem, "TextMenuItem").find(item => item.visible && item.text === label);
+            Probe.setClipboard("pano");
+            text.selectAll();
+            keyClick(Qt.Key_Menu);
+            tryVerify(() => entry("Kes") !== undefined);
+            verify(entry("Kes").enabled && entry("Yapıştır").enabled);
+            composer.isSending = true;
+            Probe.press(entry("Yapıştır"));
+            Probe.press(entry("Kes"));
+            compare(composer.draft, "bir iki");
+            verify(!entry("Kes").enabled && !entry("Yapıştır").enabled);
+            keyClick(Qt.Key_Escape);
+            tryVerify(() => entry("Kes") === undefined);
+            composer.isSending = false;
+            verify(text.activeFocus);
+        }
+
         function test_growsFromOneToSixLines() {
             const composer = make("bir");
             const single = composer.height;
