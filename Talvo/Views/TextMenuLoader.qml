@@ -8,14 +8,8 @@ Loader {
     /// Opens the menu at the pointer's place in `text`, any TextInput or TextEdit.
     function openFor(text: Item): void {
         text.forceActiveFocus(Qt.MouseFocusReason);
-        // Once the press that asks for it is over: with that the text takes the keyboard, which is the menu's.
-        Qt.callLater(loader.openIfFree, text);
-    }
-
-    /// Unless a panel has opened since, which has the keyboard now.
-    function openIfFree(text: Item): void {
-        if (KeyboardFocus.isFreeFor(text))
-            loader.menuOf(text).openAtPointer();
+        pressed.text = text;
+        pressed.start();
     }
 
     /// Opens the menu at the cursor of `text` when a key asks for it. Whether one did.
@@ -36,4 +30,16 @@ Loader {
     }
 
     visible: false
+
+    // Once the press that asks for the menu is over: with that the text takes the keyboard, which is the
+    // menu's then. Unless a panel has opened since, which has it now.
+    Timer {
+        id: pressed
+
+        property Item text: null
+
+        interval: 0
+        onTriggered: if (KeyboardFocus.isFreeFor(pressed.text))
+            loader.menuOf(pressed.text).openAtPointer()
+    }
 }
