@@ -101,10 +101,10 @@ ModalPanel {
     Item {
         id: buttons
 
-        readonly property bool isWrapped: deleteButton.width + Theme.gap + closingButtons.width > width
+        readonly property bool isWrapped: deleteButton.width + Theme.gap + closingButtons.width > buttons.width
 
         width: parent.width
-        height: closingButtons.height + (isWrapped ? deleteButton.height + Theme.gap : 0)
+        height: closingButtons.height + (buttons.isWrapped ? deleteButton.height + Theme.gap : 0)
 
         PushButton {
             id: deleteButton

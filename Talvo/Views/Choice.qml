@@ -9,6 +9,7 @@ T.ComboBox {
     /// What is chosen, for assistive technology.
     required property string label
     property bool opening: false
+    property bool isOpen: false
     property Item focusBefore: null
 
     function isReturn(event: KeyEvent): bool {
@@ -45,8 +46,10 @@ T.ComboBox {
     Connections {
         target: KeyboardFocus
 
+        // To name a list that nobody has opened yet would be to make it.
         function onPanelAboutToOpen(): void {
-            control.popup.close();
+            if (control.isOpen)
+                control.popup.close();
         }
     }
 
@@ -100,11 +103,15 @@ T.ComboBox {
         readonly property real widestText: Math.ceil(Math.max(0, ...control.model.map(text => metrics.advanceWidth(text))))
 
         onAboutToShow: {
+            control.isOpen = true;
             control.focusBefore = KeyboardFocus.holder(control);
             control.forceActiveFocus(Qt.PopupFocusReason);
         }
-        onAboutToHide: if (control.focusBefore && KeyboardFocus.isWithin(control))
-            control.focusBefore.forceActiveFocus(Qt.PopupFocusReason)
+        onAboutToHide: {
+            control.isOpen = false;
+            if (control.focusBefore && KeyboardFocus.isWithin(control))
+                control.focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+        }
 
         y: control.height + 4
         // Texts that begin alike are told apart by their ends.
