@@ -73,13 +73,12 @@ bool isLinkRefused(int systemError)
     throw PlatformError(PlatformFailure::archiveNotKept, systemErrorText(systemError));
 }
 
-void syncFile(const QByteArray &path)
+/// False, with errno, when the content of a file may not be on the disk.
+bool isSynced(const QByteArray &path)
 {
     const FileDescriptor file(
         uninterrupted([&path] { return ::open(path.constData(), O_RDONLY | O_CLOEXEC); }));
-    if (!file.isOpen() || syncToDisk(file.number()) == -1) {
-        throwNotKept(errno);
-    }
+    return file.isOpen() && syncToDisk(file.number()) != -1;
 }
 
 FileManager::KeepOutcome copyFile(const QByteArray &file, const QByteArray &copy)
@@ -92,12 +91,12 @@ FileManager::KeepOutcome copyFile(const QByteArray &file, const QByteArray &copy
     if (error == std::errc::no_such_file_or_directory) {
         return FileManager::KeepOutcome::fileMissing;
     }
-    if (error) {
-        ::unlink(copy.constData()); // a part of it, on a full disk
-        throwNotKept(error.value());
+    if (!error && isSynced(copy)) {
+        return FileManager::KeepOutcome::kept;
     }
-    syncFile(copy);
-    return FileManager::KeepOutcome::kept;
+    const int systemError = error ? error.value() : errno;
+    ::unlink(copy.constData()); // the next try makes one of its own
+    throwNotKept(systemError);
 }
 
 } // namespace
