@@ -115,8 +115,8 @@ bool hasBlankArea(const TestWindow &window, const std::vector<RowPlace> &rows)
     return covered + widestGap < window.list()->height();
 }
 
-/// A row that was on screen before and after has moved by something else than the step. One whose
-/// beginning was above the screen may have got longer there: its end tells.
+/// A row that was on screen before and after has moved by something else than the step. One that did
+/// not begin below the upper edge may have got longer there: its end tells.
 bool hasJumped(const std::vector<RowPlace> &before, const std::vector<RowPlace> &after, double step)
 {
     constexpr double tolerance = 1.5; // rows stand on whole pixels
@@ -127,7 +127,7 @@ bool hasJumped(const std::vector<RowPlace> &before, const std::vector<RowPlace> 
         }
         const bool isTopSteady = std::abs(now->top - old.top + step) <= tolerance;
         const bool isBottomSteady = std::abs(now->bottom - old.bottom + step) <= tolerance;
-        return !isTopSteady && !(old.top < 0 && isBottomSteady);
+        return !isTopSteady && !(old.top <= 0 && isBottomSteady);
     });
 }
 
