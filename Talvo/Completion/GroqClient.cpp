@@ -255,12 +255,12 @@ QCoro::Task<QByteArray> GroqClient::complete(ChatMessageList messages, QString a
 
     QFuture<QByteArray> encoding = QtConcurrent::run(encodedRequest, std::move(messages),
                                                      std::move(model), std::move(systemPrompt));
-    QByteArray body = co_await encoding;
-    cancellation.throwIfCancelled();
-
-    // A session that has to find it by itself does so on this thread.
+    // Beside the encoding, not after it. A session that has to find it by itself does so on this
+    // thread.
     QCoro::Task<QNetworkProxy> search = foundProxy(request.url(), idleTimeout, cancellation);
+    QByteArray body = co_await encoding;
     const QNetworkProxy proxy = co_await search;
+    cancellation.throwIfCancelled();
     session->setProxy(proxy);
 
     QCoro::Task<CompletionTransfer::Answer> exchange =
