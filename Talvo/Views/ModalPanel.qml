@@ -37,7 +37,10 @@ T.Dialog {
         panel.contentItem.parent.Accessible.name = panel.title;
         panel.contentItem.parent.Accessible.description = Qt.binding(() => panel.description);
     }
-    onAboutToHide: panel.giveFocusBack()
+    onAboutToHide: {
+        KeyboardFocus.panelAboutToMoveIt();
+        panel.giveFocusBack();
+    }
     onClosed: {
         panel.giveFocusBack();
         panel.focusBefore = null;

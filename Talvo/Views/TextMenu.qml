@@ -28,7 +28,7 @@ T.Menu {
     Connections {
         target: KeyboardFocus
 
-        function onPanelAboutToOpen(): void {
+        function onPanelAboutToMoveIt(): void {
             menu.close();
         }
     }

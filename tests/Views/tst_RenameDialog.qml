@@ -117,6 +117,19 @@ Item {
             verify(dialog.visible);
         }
 
+        function test_leavesNoMenuOfItsFieldBehind() {
+            const holder = createTemporaryQmlObject("import QtQuick; Item {}", scene);
+            holder.forceActiveFocus();
+            const dialog = opened();
+            keyClick(Qt.Key_Menu);
+            const entries = () => Probe.find(scene.Window.contentItem, "TextMenuItem").filter(item => item.visible);
+            tryVerify(() => entries().length > 0);
+            Probe.press(button(dialog, "Vazgeç"));
+            tryCompare(dialog, "visible", false);
+            tryVerify(() => entries().length === 0);
+            verify(holder.activeFocus);
+        }
+
         function test_anEmptyNameCanBeSaved() {
             const dialog = opened();
             keyClick(Qt.Key_Backspace);
