@@ -15,18 +15,20 @@ Loader {
     /// Opens the menu at the cursor of `text` when a key asks for it. Whether one did.
     function openByKey(event: KeyEvent, text: Item): bool {
         const isAskedFor = KeyboardFocus.asksForMenu(event.key, event.modifiers);
-        if (isAskedFor)
-            loader.menuOf(text).openAtCursor();
+        if (isAskedFor) {
+            loader.makeMenuOf(text);
+            (loader.item as TextMenu).openAtCursor();
+        }
         return isAskedFor;
     }
 
-    function menuOf(text: Item): TextMenu {
-        if (status === Loader.Null)
-            setSource("TextMenu.qml", {
+    // Gives nothing back: the menu would be loaded with the first window if its type stood here.
+    function makeMenuOf(text: Item): void {
+        if (loader.status === Loader.Null)
+            loader.setSource("TextMenu.qml", {
                     "target": text,
                     "parent": text
                 });
-        return loader.item as TextMenu;
     }
 
     visible: false
@@ -39,7 +41,11 @@ Loader {
         property Item text: null
 
         interval: 0
-        onTriggered: if (KeyboardFocus.isFreeFor(pressed.text))
-            loader.menuOf(pressed.text).openAtPointer()
+        onTriggered: {
+            if (!KeyboardFocus.isFreeFor(pressed.text))
+                return;
+            loader.makeMenuOf(pressed.text);
+            (loader.item as TextMenu).openAtPointer();
+        }
     }
 }
