@@ -104,6 +104,7 @@ T.ComboBox {
 
         onAboutToShow: {
             control.isOpen = true;
+            contentItem.parent.Accessible.name = control.label;
             control.focusBefore = KeyboardFocus.holder(control);
             control.forceActiveFocus(Qt.PopupFocusReason);
         }

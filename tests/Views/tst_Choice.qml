@@ -38,6 +38,15 @@ Item {
             compare(Probe.texts(item), "a/bir");
         }
 
+        function test_itsListIsNamed() {
+            const item = createTemporaryObject(choice, scene);
+            mouseClick(item);
+            tryCompare(item.popup, "opened", true);
+            compare(Probe.name(item.popup.contentItem.parent), "Groq modeli");
+            keyClick(Qt.Key_Escape);
+            tryCompare(item.popup, "visible", false);
+        }
+
         function test_theListShowsWholeTextsInALargeFont() {
             const item = createTemporaryObject(choice, scene, {
                     "font.pixelSize": 28,
