@@ -15,9 +15,14 @@ FocusScope {
 
     // From a message that has the keyboard, and while the text area is disabled.
     Keys.onPressed: event => {
-        if (event.key !== Qt.Key_PageUp && event.key !== Qt.Key_PageDown)
+        if (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown)
+            messageList.scrollByPages(event.key === Qt.Key_PageUp ? -1 : 1);
+        else if (event.key === Qt.Key_Home)
+            messageList.scrollTo(messageList.startY);
+        else if (event.key === Qt.Key_End)
+            messageList.scrollTo(messageList.endContentY);
+        else
             return;
-        messageList.scrollByPages(event.key === Qt.Key_PageUp ? -1 : 1);
         event.accepted = true;
     }
 

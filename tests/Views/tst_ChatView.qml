@@ -162,6 +162,36 @@ Item {
             fuzzyCompare(list.contentY, before, 1);
         }
 
+        function test_whoReadsAMessageGoesToTheEndsOfTheConversation() {
+            const chat = make();
+            fixture.model.selectChat(fixture.idAt(1));
+            waitForRendering(scene);
+            const list = Probe.find(chat, "MessageList")[0];
+            Probe.find(list, "Talvo::MarkdownText")[0].forceActiveFocus();
+            keyClick(Qt.Key_Home);
+            waitForRendering(scene);
+            fuzzyCompare(list.contentY, list.startY, 1);
+            verify(list.endContentY > list.startY + 100);
+            keyClick(Qt.Key_End);
+            waitForRendering(scene);
+            fuzzyCompare(list.contentY, list.endContentY, 1);
+        }
+
+        function test_homeAndEndStayWithTheDraft() {
+            const chat = make();
+            fixture.model.selectChat(fixture.idAt(1));
+            waitForRendering(scene);
+            const list = Probe.find(chat, "MessageList")[0];
+            const before = list.contentY;
+            fixture.model.draft = "taslak";
+            area(chat).forceActiveFocus();
+            keyClick(Qt.Key_Home);
+            compare(area(chat).cursorPosition, 0);
+            keyClick(Qt.Key_Home);
+            waitForRendering(scene);
+            fuzzyCompare(list.contentY, before, 1);
+        }
+
         function test_theScrollBarShowsWhereTheListIs() {
             const chat = make();
             const bar = Probe.find(chat, "ScrollBarV").find(item => item.parent === chat);
