@@ -79,7 +79,12 @@ FocusScope {
         contentHeight: textArea.contentHeight + textArea.topPadding + textArea.bottomPadding
         boundsBehavior: Flickable.StopAtBounds
         clip: true
+        // Beside the text, not over the ends of its lines.
         T.ScrollBar.vertical: ScrollBarV {
+            parent: composer
+            anchors.left: field.right
+            anchors.top: field.top
+            anchors.bottom: field.bottom
         }
 
         T.TextArea.flickable: T.TextArea {

@@ -75,6 +75,19 @@ Item {
             verify(!placeholder.visible);
         }
 
+        function test_theScrollBarLiesBetweenTheTextAndTheButton() {
+            const composer = make(lines(20));
+            const bar = Probe.find(composer, "ScrollBarV")[0];
+            tryVerify(() => bar.visible);
+            const at = bar.mapToItem(composer, 0, 0);
+            const text = area(composer).mapToItem(composer, 0, 0);
+            verify(at.x >= text.x + area(composer).width, at);
+            verify(at.x + bar.width <= button(composer).x, at);
+            verify(at.y > 0 && bar.height > 3 * composer.lineHeight && at.y + bar.height < composer.height, at);
+            mouseDrag(bar, bar.width / 2, bar.height - 10, 0, -bar.height);
+            verify(bar.position < 0.1, "it can be dragged");
+        }
+
         function test_draftIsBoundBothWays() {
             const composer = make("");
             keyClick("a");
