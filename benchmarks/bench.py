@@ -1,4 +1,4 @@
-"""Runs benchmarks and prints their table; ./bench has built them. Arguments: [--json FILE] [NAME...]"""
+"""Runs benchmarks and prints their table; ./bench has built them. See its --help for the arguments."""
 
 import argparse
 import contextlib
@@ -18,11 +18,14 @@ BENCHMARKS = {**libraries.BENCHMARKS, **windows.BENCHMARKS, **pages.BENCHMARKS}
 def main():
     arguments = argparse.ArgumentParser(prog="./bench")
     arguments.add_argument("--json", metavar="FILE")
+    arguments.add_argument("--only-check", action="store_true", help="look at the names only")
     arguments.add_argument("names", metavar="NAME", nargs="*")
     options = arguments.parse_args()
     unknown = set(options.names) - set(BENCHMARKS)
     if unknown:
         arguments.error(f"unknown: {', '.join(sorted(unknown))}; there are {', '.join(BENCHMARKS)}")
+    if options.only_check:
+        return
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1)) # what was started is ended all the same
     with contextlib.closing(desktop):
         rows = measured(options.names)
