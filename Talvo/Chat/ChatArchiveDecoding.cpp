@@ -4,6 +4,7 @@
 #include "Chat/ArchiveRecords.h"
 #include "Platform/BytePool.h"
 #include "Platform/JsonNumbers.h"
+#include "Platform/JsonText.h"
 #include "Platform/PlatformError.h"
 
 #include <QThread>
@@ -30,12 +31,6 @@ void throwUnlessParsed(simdjson::error_code outcome)
     if (outcome != simdjson::SUCCESS) {
         throw PlatformError(PlatformFailure::archiveNotValid);
     }
-}
-
-QByteArrayView withoutByteOrderMark(QByteArrayView document)
-{
-    constexpr QByteArrayView byteOrderMark = "\xEF\xBB\xBF";
-    return document.startsWith(byteOrderMark) ? document.sliced(byteOrderMark.size()) : document;
 }
 
 // ---- in parts ----------------------------------------------------------------------------------

@@ -1,13 +1,13 @@
 #include "Completion/JsonBody.h"
 
 #include "Platform/JsonNumbers.h"
+#include "Platform/JsonText.h"
 
 namespace Talvo {
 
 JsonBody::JsonBody(QByteArray body)
 {
-    constexpr QByteArrayView byteOrderMark = "\xEF\xBB\xBF";
-    const qsizetype start = body.startsWith(byteOrderMark) ? byteOrderMark.size() : 0;
+    const qsizetype start = body.size() - withoutByteOrderMark(body).size();
     const auto size = static_cast<std::size_t>(body.size() - start);
     // An empty body would leave the parser without buffers to look at.
     if (size == 0 || m_parser.allocate(size, maximumDepth) != simdjson::SUCCESS) {

@@ -166,6 +166,12 @@ char *writeJsonStringContent(char *to, QByteArrayView utf8)
     return to;
 }
 
+QByteArrayView withoutByteOrderMark(QByteArrayView document)
+{
+    constexpr QByteArrayView byteOrderMark = "\xEF\xBB\xBF";
+    return document.startsWith(byteOrderMark) ? document.sliced(byteOrderMark.size()) : document;
+}
+
 void appendJsonNumber(QByteArray &out, double value)
 {
     constexpr double smallestPlain = 1e-4;

@@ -5,6 +5,10 @@
 
 namespace Talvo {
 
+/// A JSON document without the byte order mark that it may begin with: a reader may ignore one
+/// (RFC 8259, section 8.1), and the JSON library takes it for an error. Any thread.
+[[nodiscard]] QByteArrayView withoutByteOrderMark(QByteArrayView document);
+
 /// Appends a JSON string (RFC 8259), quotes included, made from UTF-8 text.
 ///
 /// `"` `\` `/` are escaped with a backslash; U+0008, U+000C, line feed, carriage return and tab as

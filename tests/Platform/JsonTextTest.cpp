@@ -88,6 +88,15 @@ TEST(JsonText, escapesLongTexts)
     }
 }
 
+TEST(JsonText, oneByteOrderMarkIsNoPartOfADocument)
+{
+    EXPECT_EQ(withoutByteOrderMark("\xEF\xBB\xBF{}"), "{}");
+    EXPECT_EQ(withoutByteOrderMark("\xEF\xBB\xBF\xEF\xBB\xBF{}"), "\xEF\xBB\xBF{}");
+    EXPECT_EQ(withoutByteOrderMark("\xEF\xBB{}"), "\xEF\xBB{}");
+    EXPECT_EQ(withoutByteOrderMark("{\"\xEF\xBB\xBF\":0}"), "{\"\xEF\xBB\xBF\":0}");
+    EXPECT_EQ(withoutByteOrderMark(""), "");
+}
+
 TEST(JsonText, piecesJoinToTheWhole)
 {
     const QByteArray text = "ağ/\"\\\n\x1f 😀";
