@@ -115,8 +115,8 @@ bool hasBlankArea(const TestWindow &window, const std::vector<RowPlace> &rows)
     return covered + widestGap < window.list()->height();
 }
 
-/// A row that was on screen before and after has moved by something else than the step. One that did
-/// not begin below the upper edge may have got longer there: its end tells.
+/// A row that was on screen before and after has moved by something else than the step. One that
+/// did not begin below the upper edge may have got longer there: its end tells.
 bool hasJumped(const std::vector<RowPlace> &before, const std::vector<RowPlace> &after, double step)
 {
     constexpr double tolerance = 1.5; // rows stand on whole pixels
