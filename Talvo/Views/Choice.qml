@@ -47,7 +47,7 @@ T.ComboBox {
         target: KeyboardFocus
 
         // To name a list that nobody has opened yet would be to make it.
-        function onPanelAboutToMoveIt(): void {
+        function onCloseMenus(): void {
             if (control.isOpen)
                 control.popup.close();
         }

@@ -28,6 +28,7 @@ FocusScope {
         target: contentView.model
 
         function onSelectedChatIDChanged(): void {
+            KeyboardFocus.closeMenus();
             if (chatView.visible && contentView.mayTakeFocus())
                 chatView.takeFocus();
         }

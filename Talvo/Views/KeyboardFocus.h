@@ -42,10 +42,10 @@ public:
     static void scrollTowards(QQuickItem *item, QPointF place);
 
 Q_SIGNALS:
-    /// A modal panel is about to take the keyboard, or to give it back. What has it only while it
-    /// is open, a menu or a list of choices, closes and gives it back: so an opening panel finds
-    /// whom it owes it to, and a closing one leaves nothing behind.
-    void panelAboutToMoveIt();
+    /// Somebody else is about to take the keyboard, or to give it back. What has it only while it
+    /// is open, a menu or a list of choices, closes and gives it back, so that nobody owes it to
+    /// what is gone.
+    void closeMenus();
 };
 
 } // namespace Talvo

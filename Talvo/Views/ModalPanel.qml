@@ -38,7 +38,7 @@ T.Dialog {
         panel.contentItem.parent.Accessible.description = Qt.binding(() => panel.description);
     }
     onAboutToHide: {
-        KeyboardFocus.panelAboutToMoveIt();
+        KeyboardFocus.closeMenus();
         panel.giveFocusBack();
     }
     onClosed: {

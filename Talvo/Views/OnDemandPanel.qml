@@ -17,7 +17,7 @@ Loader {
         if (loader.wanted) {
             loader.active = true;
             // The toolkit hands what a closing menu had to the topmost panel: this is none yet.
-            KeyboardFocus.panelAboutToMoveIt();
+            KeyboardFocus.closeMenus();
             loader.panel.open();
         } else if (loader.panel) {
             loader.panel.close();

@@ -28,7 +28,7 @@ T.Menu {
     Connections {
         target: KeyboardFocus
 
-        function onPanelAboutToMoveIt(): void {
+        function onCloseMenus(): void {
             menu.close();
         }
     }

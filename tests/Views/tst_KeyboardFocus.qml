@@ -362,6 +362,18 @@ Item {
             verify(area().activeFocus);
         }
 
+        function test_aConversationThatGoesTakesTheMenuOfItsTextAlong() {
+            make();
+            fixture.model.newChat();
+            waitForRendering(scene);
+            mouseClick(Probe.find(content, "Talvo::MarkdownText")[0], 10, 5, Qt.RightButton);
+            const entries = () => Probe.find(scene.Window.contentItem, "TextMenuItem").filter(item => item.visible);
+            tryVerify(() => entries().length > 0);
+            fixture.model.selectChat(fixture.idAt(1));
+            tryVerify(() => area().activeFocus);
+            compare(entries().length, 0);
+        }
+
         function test_anAlertThatOpenedInTheBackgroundGivesTheKeyboardBack_data() {
             return [{
                     "tag": "to the draft, after a send that failed",
