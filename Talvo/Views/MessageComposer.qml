@@ -34,6 +34,20 @@ FocusScope {
         textArea.cursorPosition = textArea.length;
     }
 
+    /// What an input method has under way can be seen, too, and goes along.
+    function sendAll(): void {
+        Qt.inputMethod.commit();
+        composer.send();
+    }
+
+    /// Return ends first what an input method has under way.
+    function submit(): void {
+        if (textArea.preeditText !== "")
+            Qt.inputMethod.commit();
+        else
+            composer.send();
+    }
+
     onDraftChanged: composer.showDraft()
     Component.onCompleted: {
         composer.showDraft();
@@ -152,7 +166,7 @@ FocusScope {
         else if (!isReturn || event.modifiers & Qt.ShiftModifier)
             return;
         else if (!(event.modifiers & Qt.ControlModifier) && !event.isAutoRepeat)
-            composer.send();
+            composer.submit();
         // Control-Return is the button's: where that is disabled it breaks no line either. Nor does a
         // key that is still held from what closed a panel.
         event.accepted = true;
@@ -172,6 +186,6 @@ FocusScope {
         prominent: true
         enabled: composer.canSend
         onClicked: if (composer.canSend)
-            composer.send()
+            composer.sendAll()
     }
 }

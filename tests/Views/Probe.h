@@ -3,6 +3,7 @@
 #include "Views/DesktopAppearance.h"
 #include "Views/MarkdownBlocks.h"
 
+#include "InputMethod.h"
 #include "support/BusyWorkers.h"
 
 #include <QObject>
@@ -34,6 +35,9 @@ public:
     Q_INVOKABLE void setReducedMotion(Talvo::DesktopAppearance *appearance, bool isReduced) const;
     /// A key that is held: pressed once more, as the keyboard repeats it.
     Q_INVOKABLE void repeatKey(QQuickItem *item, int key) const;
+
+    /// An input method shows a text as under way in what has the keyboard.
+    Q_INVOKABLE void compose(const QString &text) { m_inputMethod.compose(text); }
 
     /// What assistive technology is told of an item.
     Q_INVOKABLE QString name(QQuickItem *item) const;
@@ -74,5 +78,6 @@ Q_SIGNALS:
 
 private:
     QStringList m_opened;
+    InputMethod m_inputMethod;
     std::optional<Talvo::Testing::BusyWorkers> m_busyParsers;
 };

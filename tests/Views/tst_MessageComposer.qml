@@ -239,6 +239,51 @@ Item {
             verify(area(composer).activeFocus);
         }
 
+        function test_returnEndsACompositionBeforeItSends() {
+            const composer = make("bir ");
+            Probe.compose("iki");
+            compare(area(composer).preeditText, "iki");
+            compare(composer.draft, "bir ");
+            keyClick(Qt.Key_Return);
+            compare(composer.sends, 0);
+            compare(composer.draft, "bir iki");
+            keyClick(Qt.Key_Return);
+            compare(composer.sends, 1);
+        }
+
+        function test_aCompositionGoesAlong_data() {
+            return [{
+                    "tag": "button",
+                    "sendIt": composer => mouseClick(button(composer))
+                }, {
+                    "tag": "Control-Return",
+                    "sendIt": () => keyClick(Qt.Key_Return, Qt.ControlModifier)
+                }];
+        }
+
+        function test_aCompositionGoesAlong(data) {
+            const composer = make("bir ");
+            let sent = "";
+            composer.send.connect(() => {
+                    sent = composer.draft;
+                    composer.draft = "";
+                });
+            Probe.compose("iki");
+            data.sendIt(composer);
+            compare(sent, "bir iki");
+            compare(area(composer).text, "");
+            compare(composer.draft, "");
+        }
+
+        function test_thePlaceholderGivesWayToAComposition() {
+            const composer = make("");
+            const placeholder = Probe.find(composer, "QQuickText").find(text => text.text === "Mesajını yaz…");
+            Probe.compose("m");
+            verify(!placeholder.visible);
+            Probe.compose("");
+            verify(placeholder.visible);
+        }
+
         function test_isLockedDuringASend() {
             const composer = make("taslak");
             composer.isSending = true;
