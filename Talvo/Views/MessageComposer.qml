@@ -17,6 +17,7 @@ FocusScope {
 
     /// What stands in the text area, read once for each change.
     property string shownText: ""
+    property bool isShowingDraft: false
     readonly property int maximumLines: 6
     readonly property real lineHeight: Math.ceil(metrics.height)
 
@@ -30,8 +31,18 @@ FocusScope {
     function showDraft(): void {
         if (composer.shownText === composer.draft)
             return;
+        composer.isShowingDraft = true;
         textArea.text = composer.draft;
+        composer.isShowingDraft = false;
         textArea.cursorPosition = textArea.length;
+        composer.tellDraft();
+    }
+
+    /// Not while another text is written: to end what an input method has under way, the text area
+    /// tells the old one once more.
+    function tellDraft(): void {
+        if (!composer.isShowingDraft && composer.shownText !== composer.draft)
+            composer.draftEdited(composer.shownText);
     }
 
     /// What an input method has under way can be seen, too, and goes along.
@@ -121,8 +132,7 @@ FocusScope {
             Accessible.multiLine: true
             onTextChanged: {
                 composer.shownText = DraftText.of(textArea.textDocument);
-                if (composer.shownText !== composer.draft)
-                    composer.draftEdited(composer.shownText);
+                composer.tellDraft();
             }
             // A disabled item gives up the focus; it is wanted back after the send, unless somebody
             // else has it by then.

@@ -275,6 +275,19 @@ Item {
             compare(composer.draft, "");
         }
 
+        function test_aCompositionDoesNotBringAnOldDraftBack() {
+            const composer = make("bir ");
+            Probe.compose("iki");
+            const drafts = [];
+            composer.draftEdited.connect(text => drafts.push(text));
+            composer.draft = "";
+            compare(drafts, []);
+            compare(area(composer).text, "");
+            compare(area(composer).preeditText, "");
+            keyClick("x");
+            compare(composer.draft, "x");
+        }
+
         function test_thePlaceholderGivesWayToAComposition() {
             const composer = make("");
             const placeholder = Probe.find(composer, "QQuickText").find(text => text.text === "Mesajını yaz…");
