@@ -207,7 +207,10 @@ int run(int argc, char **argv, const AppSetup &setup)
 
     AppServices services = setup.makeServices();
     ChatModel model(std::move(services.forModel));
-    QObject::connect(&model, &ChatModel::closed, &application, &QGuiApplication::quit);
+    // Once the window is closed for good: an application that ends while it closes would close it
+    // once more, from within.
+    QObject::connect(&model, &ChatModel::closed, &application, &QGuiApplication::quit,
+                     Qt::QueuedConnection);
 
     QQmlComponent views(&engine, mainWindow);
     const auto window = makeWindow(views, model, services.keychain);
