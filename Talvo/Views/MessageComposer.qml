@@ -47,14 +47,14 @@ FocusScope {
 
     /// What an input method has under way can be seen, too, and goes along.
     function sendAll(): void {
-        Qt.inputMethod.commit();
+        InputMethod.commit();
         composer.send();
     }
 
     /// Return ends first what an input method has under way.
     function submit(): void {
         if (textArea.preeditText !== "")
-            Qt.inputMethod.commit();
+            InputMethod.commit();
         else
             composer.send();
     }
