@@ -276,8 +276,8 @@ class Load:
 
     def rename(self, window):
         title = f"Ad {self.operations}"
-        row = window.wait_until(lambda: self.first_rows(window)[1:2], "a second row")[0]
-        self.asked.old_ids.pop(row.get_name(), None)
+        name, row = window.wait_until(lambda: self.first_rows(window)[1:2], "a second row")[0]
+        self.asked.old_ids.pop(name, None)
         for titles in self.asked.titles.values():
             titles.add(title) # whichever conversation stands there by now
         buttons = window.find(BUTTON, "Sohbeti yeniden adlandır", row)
@@ -292,7 +292,7 @@ class Load:
     def delete(self, window):
         if len(self.asked.deleted) >= OLD_SESSIONS // 2:
             return
-        doomed = [row for row in self.first_rows(window) if row.get_name() in self.asked.old_ids]
+        doomed = [row for name, row in self.first_rows(window) if name in self.asked.old_ids]
         buttons = window.find(BUTTON, "Sohbeti sil", doomed[-1]) if len(doomed) > 2 else []
         if buttons:
             self.asked.deleted.add(self.asked.old_ids.pop(doomed[-1].get_name()))
@@ -301,8 +301,9 @@ class Load:
 
     @staticmethod
     def first_rows(window):
-        return [element for element in window.elements()
-                if element.get_role_name() == "list item"]
+        """The rows of the list with their names."""
+        return window.unchanged(lambda: [(element.get_name(), element) for element in window.elements()
+                                         if element.get_role_name() == "list item"])
 
 
 if __name__ == "__main__":
