@@ -66,7 +66,7 @@ AppServices servicesIn(const QString &folder)
 }
 
 // A window that is told so again while it closes is destroyed twice.
-TEST(Closing, AWindowIsToldToCloseOnce)
+TEST(Closing, aWindowIsToldToCloseOnce)
 {
     const QTemporaryDir directory;
     Closing closing;
