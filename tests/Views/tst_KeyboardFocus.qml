@@ -83,6 +83,10 @@ Item {
             return Probe.find(content, "Talvo::MarkdownText").find(text => Probe.name(text).startsWith(beginning));
         }
 
+        function menuEntries() {
+            return Probe.find(scene.Window.contentItem, "TextMenuItem").filter(item => item.visible);
+        }
+
         function isIn(item, ancestor) {
             return item !== null && (item === ancestor || isIn(item.parent, ancestor));
         }
@@ -352,11 +356,10 @@ Item {
             make();
             area().forceActiveFocus();
             mouseClick(area(), 5, 5, Qt.RightButton);
-            const entries = () => Probe.find(scene.Window.contentItem, "TextMenuItem").filter(item => item.visible);
-            tryVerify(() => entries().length > 0 && !area().activeFocus);
+            tryVerify(() => menuEntries().length > 0 && !area().activeFocus);
             fixture.setError("Olmadı");
             tryVerify(() => alertButton() !== undefined && alertButton().activeFocus);
-            compare(entries().length, 0);
+            compare(menuEntries().length, 0);
             keyClick(Qt.Key_Return);
             tryVerify(() => alertButton() === undefined);
             verify(area().activeFocus);
@@ -367,11 +370,10 @@ Item {
             fixture.model.newChat();
             waitForRendering(scene);
             mouseClick(Probe.find(content, "Talvo::MarkdownText")[0], 10, 5, Qt.RightButton);
-            const entries = () => Probe.find(scene.Window.contentItem, "TextMenuItem").filter(item => item.visible);
-            tryVerify(() => entries().length > 0);
+            tryVerify(() => menuEntries().length > 0);
             fixture.model.selectChat(fixture.idAt(1));
             tryVerify(() => area().activeFocus);
-            compare(entries().length, 0);
+            compare(menuEntries().length, 0);
         }
 
         function test_anAlertThatOpenedInTheBackgroundGivesTheKeyboardBack_data() {
@@ -424,7 +426,7 @@ Item {
             tryVerify(() => alertButton() !== undefined && alertButton().activeFocus);
             fixture.waitUntilAtRest();
             waitForRendering(scene);
-            compare(Probe.find(scene.Window.contentItem, "TextMenuItem").filter(item => item.visible).length, 0);
+            compare(menuEntries().length, 0);
             verify(alertButton().activeFocus);
             keyClick(Qt.Key_Return);
             tryVerify(() => alertButton() === undefined);
