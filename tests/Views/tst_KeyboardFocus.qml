@@ -365,15 +365,31 @@ Item {
             verify(area().activeFocus);
         }
 
-        function test_aConversationThatGoesTakesTheMenuOfItsTextAlong() {
+        function test_aConversationThatGoesTakesAlong_data() {
+            return [{
+                    "tag": "the menu of its text",
+                    "opener": () => Probe.find(content, "Talvo::MarkdownText")[0],
+                    "button": Qt.RightButton,
+                    "entries": menuEntries
+                }, {
+                    "tag": "the list of models",
+                    "opener": () => Probe.find(content, "Choice")[0],
+                    "button": Qt.LeftButton,
+                    "entries": () => Probe.find(scene.Window.contentItem, "ChoiceEntry").filter(item => item.visible)
+                }];
+        }
+
+        function test_aConversationThatGoesTakesAlong(data) {
             make();
             fixture.model.newChat();
             waitForRendering(scene);
-            mouseClick(Probe.find(content, "Talvo::MarkdownText")[0], 10, 5, Qt.RightButton);
-            tryVerify(() => menuEntries().length > 0);
+            mouseClick(data.opener(), 10, 5, data.button);
+            tryVerify(() => data.entries().length > 0 && !area().activeFocus);
             fixture.model.selectChat(fixture.idAt(1));
             tryVerify(() => area().activeFocus);
-            compare(menuEntries().length, 0);
+            tryVerify(() => data.entries().length === 0);
+            keyClick("a");
+            compare(fixture.model.draft, "a");
         }
 
         function test_anAlertThatOpenedInTheBackgroundGivesTheKeyboardBack_data() {
