@@ -73,12 +73,12 @@ bool isLinkRefused(int systemError)
     throw PlatformError(PlatformFailure::archiveNotKept, systemErrorText(systemError));
 }
 
-/// False, with errno, when the content of a file may not be on the disk.
-bool isSynced(const QByteArray &path)
+/// Why the content of a file may not be on the disk, an errno; 0 when it is.
+int syncFile(const QByteArray &path)
 {
     const FileDescriptor file(
         uninterrupted([&path] { return ::open(path.constData(), O_RDONLY | O_CLOEXEC); }));
-    return file.isOpen() && syncToDisk(file.number()) != -1;
+    return file.isOpen() && syncToDisk(file.number()) != -1 ? 0 : errno;
 }
 
 FileManager::KeepOutcome copyFile(const QByteArray &file, const QByteArray &copy)
@@ -91,10 +91,10 @@ FileManager::KeepOutcome copyFile(const QByteArray &file, const QByteArray &copy
     if (error == std::errc::no_such_file_or_directory) {
         return FileManager::KeepOutcome::fileMissing;
     }
-    if (!error && isSynced(copy)) {
+    const int systemError = error ? error.value() : syncFile(copy);
+    if (systemError == 0) {
         return FileManager::KeepOutcome::kept;
     }
-    const int systemError = error ? error.value() : errno;
     ::unlink(copy.constData()); // the next try makes one of its own
     throwNotKept(systemError);
 }

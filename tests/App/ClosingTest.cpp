@@ -26,7 +26,7 @@ public:
     bool eventFilter(QObject *receiver, QEvent *event) override
     {
         auto *const window = qobject_cast<QQuickWindow *>(receiver);
-        if (window && event->type() == QEvent::Expose && !std::exchange(m_isAskedFor, true)) {
+        if (window && event->type() == QEvent::Expose && !std::exchange(m_isWatching, true)) {
             closeWhenIdle(window, window->property("model").value<ChatModel *>());
         }
         if (window && event->type() == QEvent::Close) {
@@ -36,10 +36,11 @@ public:
     }
 
 private:
-    static void closeWhenIdle(QQuickWindow *window, ChatModel *model)
+    void closeWhenIdle(QQuickWindow *window, ChatModel *model)
     {
-        const auto closeIfIdle = [window, model] {
-            if (!model->isLoadingArchive() && !model->isSavingArchive()) {
+        const auto closeIfIdle = [this, window, model] {
+            const bool isIdle = !model->isLoadingArchive() && !model->isSavingArchive();
+            if (isIdle && !std::exchange(m_isAskedFor, true)) {
                 // As the platform does when the user closes it.
                 QWindowSystemInterface::handleCloseEvent(window);
             }
@@ -51,6 +52,7 @@ private:
         QMetaObject::invokeMethod(window, closeIfIdle, Qt::QueuedConnection);
     }
 
+    bool m_isWatching = false;
     bool m_isAskedFor = false;
     int m_count = 0;
 };
